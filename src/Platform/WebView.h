@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Platform/NavigationDelegate.h"
+#include "Platform/UIDelegate.h"
+#include "Support/Url.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace tarn::platform {
+
+struct UrlRequest {
+    Url url;
+    // How long the server may stay silent before the load is given up.
+    std::chrono::seconds timeout { 60 };
+};
+
+// A calm page of the application's own, shown in place of a web page that cannot be shown.
+struct PageNotice {
+    std::string title;
+    std::string text;
+    std::string button;
+    std::function<void()> onButton;
+};
+
+// One web page area. Its identity is its address. The delegates must outlive it.
+class WebView {
+public:
+    virtual ~WebView() = default;
+
+    virtual void setNavigationDelegate(NavigationDelegate*) = 0;
+    virtual void setUIDelegate(UIDelegate*) = 0;
+    virtual void setOnTitleChange(std::function<void()>) = 0;
+
+    virtual void load(UrlRequest const&) = 0;
+    virtual void reload() = 0;
+    virtual void goBack() = 0;
+    virtual void goForward() = 0;
+    virtual bool canGoBack() const = 0;
+    virtual bool canGoForward() const = 0;
+
+    // The page shown, or the one being loaded for the first time.
+    virtual std::optional<Url> url() const = 0;
+    // The page's own text: any length, any character.
+    virtual std::optional<std::string> title() const = 0;
+
+    // Factor; 1.0 is 100 %.
+    virtual double pageZoom() const = 0;
+    virtual void setPageZoom(double factor) = 0;
+
+    // Runs in the page's main frame; the result and errors are ignored.
+    virtual void evaluateJavaScript(std::string const& source) = 0;
+
+    // Covers the page with the notice, or uncovers it. A load or reload uncovers it too.
+    virtual void showNotice(std::optional<PageNotice>) = 0;
+};
+
+}
