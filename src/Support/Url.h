@@ -16,7 +16,8 @@ class Url {
 public:
     using QueryItem = std::pair<std::string, std::optional<std::string>>;
 
-    // Nothing for a relative reference and for whatever the standard refuses.
+    // From UTF-8; ill-formed parts become U+FFFD. Nothing for a relative reference, for whatever the standard refuses
+    // and for more than 32 MiB.
     static std::optional<Url> parse(std::string_view);
 
     // Serialised, ASCII only.
@@ -24,7 +25,8 @@ public:
 
     // Lower-case, without the colon. Never empty.
     std::string_view scheme() const { return part(0, m_schemeEnd); }
-    // Lower-case ASCII (punycode; IPv6 in brackets); empty when there is none.
+    // ASCII, without the port; empty when there is none. Of the schemes http, https, ws, wss, ftp and file in lower
+    // case (punycode; IPv6 in brackets); any other scheme's host is opaque and keeps its case.
     std::string_view host() const { return part(m_hostStart, m_hostEnd); }
     bool hasHost() const { return m_hostEnd > m_hostStart; }
     // As serialised, percent-encoded.
@@ -43,11 +45,14 @@ public:
     std::optional<std::string> firstQueryValue(std::string_view name) const;
 
     // This URL with its query replaced by the items, percent-encoded (also "+", which form decoders take for a space).
+    // No items, no query.
     Url withQueryItems(std::vector<std::pair<std::string, std::string>> const&) const;
 
     friend bool operator==(Url const& a, Url const& b) { return a.m_string == b.m_string; }
 
 private:
+    friend class UrlParser;
+
     Url() = default;
     std::string_view part(std::uint32_t from, std::uint32_t to) const
     {

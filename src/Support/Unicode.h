@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace tarn {
+
+inline constexpr char32_t replacementCharacter { 0xFFFD };
+
+// The character at `position` (less than the size), which then moves behind it. Each maximal ill-formed part of UTF-8
+// is one replacement character, as in the Encoding standard.
+char32_t nextCharacter(std::string_view utf8, std::size_t& position);
+
+bool isUtf8(std::string_view);
+
+// General category Nd, of any script.
+bool isDecimalDigit(char32_t);
+
+}
