@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Support/Url.h"
+
+#include <optional>
+
+namespace tarn {
+
+// Translates e-mail addresses of the mailto scheme (RFC 6068) into Gmail's full-screen compose page.
+namespace Mailto {
+
+// The compose page with nothing filled in.
+Url const& newEmail();
+
+// Recipients, subject, body, cc and bcc are carried over; any other header is not. Nothing when it is no mailto URL.
+std::optional<Url> composeURL(Url const&);
+
+}
+
+}
