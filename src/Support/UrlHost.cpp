@@ -13,10 +13,10 @@ namespace tarn {
 
 namespace {
 
-// Both limits are for domains that need IDNA. The engine refuses longer results too; the input is limited because
-// punycode takes more than linear time.
+// Both limits are for domains that need IDNA. The engine refuses longer results too. The input is limited, to what can
+// lead to such a result, because punycode takes more than linear time.
 constexpr std::size_t maximumDomainLength { 2048 };
-constexpr std::size_t maximumIdnaInput { 16 * 1024 };
+constexpr std::size_t maximumIdnaInput { 4 * maximumDomainLength };
 
 bool isForbiddenInHost(char character)
 {

@@ -9,7 +9,7 @@ namespace tarn {
 
 namespace {
 
-constexpr std::size_t maximumInput { 32 * 1024 * 1024 };
+constexpr std::size_t maximumInput { std::size_t { 32 } << 20 };
 
 bool isSchemeCharacter(char character)
 {
