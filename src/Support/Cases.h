@@ -3,9 +3,9 @@
 namespace tarn {
 
 // The branches of a std::visit, written as lambdas.
-template<typename... Functions> struct Cases : Functions... {
+template <typename... Functions> struct Cases : Functions... {
     using Functions::operator()...;
 };
-template<typename... Functions> Cases(Functions...) -> Cases<Functions...>;
+template <typename... Functions> Cases(Functions...) -> Cases<Functions...>;
 
 }

@@ -15,7 +15,7 @@ public:
     Lifetime(Lifetime const&) = delete;
     Lifetime& operator=(Lifetime const&) = delete;
 
-    template<typename Function> auto guard(Function function) const
+    template <typename Function> auto guard(Function function) const
     {
         return [alive = std::weak_ptr<char>(m_alive), function = std::move(function)](auto&&... arguments) mutable {
             static_assert(std::is_void_v<std::invoke_result_t<Function&, decltype(arguments)...>>);

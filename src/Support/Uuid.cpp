@@ -1,9 +1,10 @@
 #include "Support/Uuid.h"
 
-#include <glib.h>
+#include <sys/random.h>
 
+#include <cerrno>
 #include <charconv>
-#include <memory>
+#include <system_error>
 
 namespace tarn {
 
@@ -20,8 +21,14 @@ bool isHyphenPosition(std::size_t position)
 
 Uuid Uuid::random()
 {
-    std::unique_ptr<char, decltype(&g_free)> const text { g_uuid_string_random(), g_free };
-    return parse(text.get()).value();
+    // From the system, not from a generator of the process: some identifiers are secrets, and a fork must not repeat
+    // them.
+    Uuid uuid;
+    if (getrandom(uuid.m_bytes.data(), uuid.m_bytes.size(), 0) != static_cast<ssize_t>(uuid.m_bytes.size()))
+        throw std::system_error(errno, std::generic_category(), "getrandom");
+    uuid.m_bytes[6] = (uuid.m_bytes[6] & 0x0F) | 0x40;
+    uuid.m_bytes[8] = (uuid.m_bytes[8] & 0x3F) | 0x80;
+    return uuid;
 }
 
 std::optional<Uuid> Uuid::parse(std::string_view text)

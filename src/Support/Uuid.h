@@ -13,7 +13,7 @@ namespace tarn {
 // RFC 4122 identifier.
 class Uuid {
 public:
-    // A random (version 4) identifier.
+    // A random (version 4) identifier that nobody can guess.
     static Uuid random();
     // The canonical form of 36 characters, in either case; nothing for any other text.
     static std::optional<Uuid> parse(std::string_view);
