@@ -23,16 +23,36 @@ struct NavigationAction {
     bool userGesture { false };
 };
 
+// Why a page could not be loaded, in plain words of the platform: "Could not connect to host".
+struct LoadFailure {
+    std::string url;
+    std::string reason;
+};
+
+// How the process that ran a page ended.
+struct ProcessTermination {
+    enum class Reason {
+        crashed,
+        exceededMemoryLimit,
+        // Page processes cannot run on this system at all; the explanation says what is missing and how to allow it.
+        cannotStart,
+    };
+    Reason reason { Reason::crashed };
+    std::string explanation {};
+};
+
 // What a web view asks and tells its owner while it loads pages.
 class NavigationDelegate {
 public:
     virtual NavigationPolicy decidePolicy(WebView&, NavigationAction const&) { return NavigationPolicy::allow; }
     virtual void didCommit(WebView&) { }
     virtual void didFinish(WebView&) { }
+    // The main frame's page did not come. What was shown before may still be shown.
+    virtual void didFail(WebView&, LoadFailure const&) { }
     // Where it can go back or forward to has changed.
     virtual void historyDidChange(WebView&) { }
     // The process that ran the page is gone, and the page with it.
-    virtual void webContentProcessDidTerminate(WebView&) { }
+    virtual void webContentProcessDidTerminate(WebView&, ProcessTermination const&) { }
 
 protected:
     ~NavigationDelegate() = default;

@@ -1,0 +1,48 @@
+#include "App/AppDelegate.h"
+
+#include "App/MainMenu.h"
+
+namespace tarn {
+
+AppDelegate::AppDelegate(AppEnvironment environment)
+    : m_environment(std::move(environment))
+{
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    m_menuBar = std::make_unique<platform::MenuBar>(MainMenu::build());
+    m_profiles.emplace(m_environment.applicationSupport / "Tarn" / "v2", m_environment.store);
+    m_mainWindow = std::make_unique<MainWindowController>(*m_profiles,
+        MainWindowController::Environment {
+            .engine = m_environment.engine,
+            .windows = m_environment.windows,
+            .menuBar = *m_menuBar,
+            .workspace = m_environment.workspace,
+            .dockTile = m_environment.dockTile,
+            .defaults = m_environment.defaults,
+            .runLoop = m_environment.runLoop,
+            .log = m_environment.log,
+        });
+    m_menuBar->setReceivers({ m_mainWindow.get() });
+    m_mainWindow->showWindow();
+}
+
+void AppDelegate::applicationShouldHandleReopen()
+{
+    if (m_mainWindow)
+        m_mainWindow->showWindow();
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    if (!m_mainWindow)
+        return;
+    m_mainWindow->prepareToTerminate();
+    m_menuBar->setReceivers({});
+    m_mainWindow.reset();
+}
+
+}

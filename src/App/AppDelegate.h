@@ -1,0 +1,37 @@
+#pragma once
+
+#include "App/AppEnvironment.h"
+#include "MainWindow/MainWindowController.h"
+#include "Platform/MenuBar.h"
+#include "Profiles/ProfileStore.h"
+
+#include <memory>
+#include <optional>
+
+namespace tarn {
+
+// The root owner of the running application.
+class AppDelegate {
+public:
+    explicit AppDelegate(AppEnvironment);
+    ~AppDelegate();
+    AppDelegate(AppDelegate const&) = delete;
+    AppDelegate& operator=(AppDelegate const&) = delete;
+
+    void applicationDidFinishLaunching();
+    // The application was started once more, or its dock entry was clicked.
+    void applicationShouldHandleReopen();
+    // Everything that waits to be saved is saved, and the pages end; nothing of the window works afterwards.
+    void applicationWillTerminate();
+
+    ProfileStore& profiles() { return *m_profiles; }
+    MainWindowController& mainWindow() { return *m_mainWindow; }
+
+private:
+    AppEnvironment m_environment;
+    std::unique_ptr<platform::MenuBar> m_menuBar;
+    std::optional<ProfileStore> m_profiles;
+    std::unique_ptr<MainWindowController> m_mainWindow;
+};
+
+}

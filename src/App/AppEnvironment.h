@@ -1,0 +1,24 @@
+#pragma once
+
+#include "MainWindow/MainWindowController.h"
+#include "Profiles/ProfileStore.h"
+
+#include <filesystem>
+
+namespace tarn {
+
+// All that the application takes from outside: the platform's ports, its folders, clock, identifiers and log.
+struct AppEnvironment {
+    // The user's folder for application data; Tarn's own folder is made in it.
+    std::filesystem::path applicationSupport;
+    ProfileStore::Environment store;
+    platform::WebEngine& engine;
+    WindowFactory& windows;
+    platform::Workspace& workspace;
+    platform::DockTile& dockTile;
+    platform::UserDefaults& defaults;
+    platform::RunLoop& runLoop;
+    Log log;
+};
+
+}

@@ -1,0 +1,259 @@
+#include "MainWindow/MainWindowController.h"
+
+#include "Bridge/BridgeScripts.h"
+#include "MainWindow/ProfileMenu.h"
+#include "Profiles/DataStoreRemoval.h"
+#include "Profiles/Zoom.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace tarn {
+
+using platform::Command;
+using platform::CommandState;
+using platform::WebView;
+
+namespace {
+
+constexpr platform::WindowFrame defaultFrame { .width = 1300, .height = 900, .maximized = false };
+constexpr int minimumWidth = 700;
+constexpr int minimumHeight = 500;
+constexpr int sidebarWidth = 60;
+constexpr char const* frameAutosaveName = "TarnMainWindow";
+
+std::optional<GoogleApp> appForTag(int tag)
+{
+    if (tag < 0 || tag >= static_cast<int>(GoogleApp::allCases.size()))
+        return std::nullopt;
+    return GoogleApp::allCases[static_cast<std::size_t>(tag)];
+}
+
+bool uses(Profile const& profile, GoogleApp app)
+{
+    return std::ranges::find(profile.enabledApps, app) != profile.enabledApps.end();
+}
+
+}
+
+MainWindowController::MainWindowController(ProfileStore& profiles, Environment environment, DataStoreFor dataStoreFor)
+    : m_profiles(profiles)
+    , m_environment(std::move(environment))
+    , m_dataStoreFor(std::move(dataStoreFor))
+    , m_frame(m_environment.defaults, m_environment.runLoop, frameAutosaveName)
+    , m_unread(m_environment.dockTile, m_sidebar)
+    , m_session(*this)
+    , m_recovery(m_environment.runLoop)
+    , m_navigation(m_environment.workspace, m_session, m_recovery, m_environment.log)
+{
+    if (!m_dataStoreFor)
+        m_dataStoreFor = [this](Uuid const& id) { return m_environment.engine.dataStore(id); };
+
+    m_sidebar.onSelectApp = [this](GoogleApp app) { show(app); };
+    m_sidebar.onProfile = [this] { m_sidebar.popUpProfileMenu(profileMenu()); };
+    m_navigation.onHistoryChange = [this](WebView& view) {
+        if (&view == currentView())
+            m_environment.menuBar.revalidate();
+    };
+    makeWindow();
+    m_profilesConnection = m_profiles.profilesDidChange.connect([this] { profilesChanged(); });
+    profilesChanged();
+}
+
+MainWindowController::~MainWindowController()
+{
+    m_window->setContent(nullptr);
+}
+
+void MainWindowController::makeWindow()
+{
+    m_window = m_environment.windows.makeMainWindow(
+        {
+            .title = "Tarn",
+            .frame = m_frame.restore(defaultFrame, minimumWidth, minimumHeight),
+            .minimumWidth = minimumWidth,
+            .minimumHeight = minimumHeight,
+            .sidebarWidth = sidebarWidth,
+        },
+        m_sidebar, m_environment.menuBar);
+    m_window->setOnFrameChange([this](platform::WindowFrame frame) { m_frame.frameDidChange(frame); });
+}
+
+void MainWindowController::setOnManageProfiles(std::function<void()> onManageProfiles)
+{
+    m_onManageProfiles = std::move(onManageProfiles);
+    m_environment.menuBar.replaceSubmenu(ProfileMenu::title, profileMenu());
+}
+
+platform::Menu MainWindowController::profileMenu()
+{
+    return ProfileMenu::make(m_profiles, m_onManageProfiles);
+}
+
+void MainWindowController::profilesChanged()
+{
+    auto const active = m_profiles.active();
+    if (m_poolProfileID != active.id)
+        rebuildPool(active);
+
+    m_sidebar.setEnabledApps({ active.enabledApps.begin(), active.enabledApps.end() });
+    m_sidebar.setProfile(active.name, m_profiles.avatarImage(active));
+
+    auto const ordered = active.orderedApps();
+    auto const first = ordered.empty() ? GoogleApp(GoogleApp::mail) : ordered.front();
+    show(uses(active, m_current) ? m_current : first);
+
+    m_environment.menuBar.replaceSubmenu(ProfileMenu::title, profileMenu());
+    m_environment.menuBar.revalidate();
+}
+
+void MainWindowController::rebuildPool(Profile const& profile)
+{
+    m_window->setContent(nullptr);
+    m_session.forgetViews();
+    m_recovery.forgetViews();
+    // The old views end before the new store opens: they would still write to the one that is being left.
+    m_pool.reset();
+    m_pool = std::make_unique<WebViewPool>(
+        m_environment.engine, m_dataStoreFor(profile.id),
+        [this](WebView& view, GoogleApp app) { configure(view, app); },
+        [](platform::UserContentController& content) {
+            content.userScripts.push_back({
+                .source = std::string(BridgeScripts::promoDismissal()),
+                .injectionTime = platform::InjectionTime::documentEnd,
+                .frames = platform::InjectedFrames::allFrames,
+            });
+        });
+    m_poolProfileID = profile.id;
+    m_unread.clear();
+}
+
+void MainWindowController::configure(WebView& view, GoogleApp app)
+{
+    view.setNavigationDelegate(&m_navigation);
+    view.setUIDelegate(&m_navigation);
+
+    auto const& zoom = m_profiles.active().zoom;
+    auto const stored = zoom.find(app);
+    view.setPageZoom(Zoom::snapped(stored == zoom.end() ? std::nullopt : std::optional(stored->second)));
+
+    if (app == GoogleApp::mail)
+        m_unread.watch(view);
+}
+
+void MainWindowController::show(GoogleApp app)
+{
+    if (!uses(m_profiles.active(), app))
+        return;
+    m_current = app;
+    auto& view = m_pool->view(app);
+    m_window->setContent(&view);
+    m_window->focus(view);
+    m_sidebar.setActive(app);
+    m_environment.menuBar.revalidate();
+}
+
+WebView* MainWindowController::currentView() const
+{
+    if (!m_pool)
+        return nullptr;
+    auto const view = m_pool->views().find(m_current);
+    return view == m_pool->views().end() ? nullptr : view->second.get();
+}
+
+void MainWindowController::reloadOtherApps(WebView const& except)
+{
+    for (auto const& [app, view] : m_pool->views()) {
+        if (view.get() != &except)
+            view->load({ .url = app.url() });
+    }
+}
+
+void MainWindowController::applyZoom(std::optional<double> delta)
+{
+    auto* const view = currentView();
+    if (!view || !m_poolProfileID)
+        return;
+    view->setPageZoom(delta ? Zoom::factor(Zoom::level(view->pageZoom()) + *delta) : 1.0);
+    m_profiles.setZoom(view->pageZoom(), m_current, *m_poolProfileID);
+}
+
+void MainWindowController::deleteProfile(Uuid const& id, std::function<void(std::optional<std::string>)> completion)
+{
+    m_profiles.remove(id);
+    DataStoreRemoval::start(m_environment.engine, m_environment.runLoop, id, m_lifetime.guard(std::move(completion)));
+}
+
+void MainWindowController::openGmailNotificationSettings()
+{
+    show(GoogleApp::mail);
+    auto* const view = currentView();
+    if (m_current != GoogleApp::mail || !view)
+        return;
+    showWindow();
+    auto const& home = GoogleApp(GoogleApp::mail).url();
+    if (auto const url = view->url(); url && url->host() == home.host())
+        view->evaluateJavaScript("location.hash = '#settings/general'");
+    else
+        view->load({ .url = *Url::parse(home.string() + "mail/u/0/#settings/general") });
+}
+
+bool MainWindowController::perform(Command command, int tag)
+{
+    auto* const view = currentView();
+    switch (command) {
+    case Command::showApp:
+        if (auto const app = appForTag(tag))
+            show(*app);
+        return true;
+    case Command::goBack:
+        if (view)
+            view->goBack();
+        return true;
+    case Command::goForward:
+        if (view)
+            view->goForward();
+        return true;
+    case Command::reloadPage:
+        if (view)
+            view->reload();
+        return true;
+    case Command::zoomIn:
+        applyZoom(Zoom::step);
+        return true;
+    case Command::zoomOut:
+        applyZoom(-Zoom::step);
+        return true;
+    case Command::actualSize:
+        applyZoom(std::nullopt);
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::optional<CommandState> MainWindowController::validate(Command command, int tag) const
+{
+    auto const* const view = currentView();
+    switch (command) {
+    case Command::showApp: {
+        auto const app = appForTag(tag);
+        bool const used = app && uses(m_profiles.active(), *app);
+        return CommandState { .enabled = used, .checked = used && *app == m_current, .hidden = !used };
+    }
+    case Command::goBack:
+        return CommandState { .enabled = view && view->canGoBack() };
+    case Command::goForward:
+        return CommandState { .enabled = view && view->canGoForward() };
+    case Command::reloadPage:
+    case Command::zoomIn:
+    case Command::zoomOut:
+    case Command::actualSize:
+        return CommandState {};
+    default:
+        return std::nullopt;
+    }
+}
+
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "MainWindow/FrameAutosave.h"
+#include "MainWindow/PageNavigation.h"
+#include "MainWindow/SessionRefresher.h"
+#include "MainWindow/SidebarView.h"
+#include "MainWindow/UnreadWatch.h"
+#include "MainWindow/WebProcessRecovery.h"
+#include "MainWindow/WindowFactory.h"
+#include "Platform/WebEngine.h"
+#include "Profiles/ProfileStore.h"
+#include "Profiles/WebViewPool.h"
+#include "Support/Lifetime.h"
+#include "Support/ScopedConnection.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tarn {
+
+// The main window: the sidebar, and the web view of the app that is shown. Switching apps swaps pooled views; switching
+// profile replaces the pool.
+class MainWindowController final : public platform::CommandReceiver, private SessionRefresher::Host {
+public:
+    struct Environment {
+        platform::WebEngine& engine;
+        WindowFactory& windows;
+        platform::MenuBar& menuBar;
+        platform::Workspace& workspace;
+        platform::DockTile& dockTile;
+        platform::UserDefaults& defaults;
+        platform::RunLoop& runLoop;
+        Log log;
+    };
+    using DataStoreFor = std::function<std::shared_ptr<platform::WebsiteDataStore>(Uuid const&)>;
+
+    // The store outlives the controller. Without a mapping, each profile has the store of its own identifier.
+    MainWindowController(ProfileStore&, Environment, DataStoreFor = {});
+    ~MainWindowController();
+
+    // Set by the owner; the profile menus then offer it.
+    void setOnManageProfiles(std::function<void()>);
+    SidebarView& sidebar() { return m_sidebar; }
+    platform::Window& window() { return *m_window; }
+    WebViewPool& pool() { return *m_pool; }
+    GoogleApp current() const { return m_current; }
+
+    // Does nothing for an app that the active profile does not use.
+    void show(GoogleApp);
+    void showWindow() { m_window->present(); }
+    // The profile is gone at once; its website data then follows. Throws ProfileStore::Failure and changes nothing when
+    // the store refuses. The completion gets the reason why data was left on disk, or nothing.
+    void deleteProfile(Uuid const&, std::function<void(std::optional<std::string>)> completion);
+    void openGmailNotificationSettings();
+    // Saves what waits to be saved.
+    void prepareToTerminate() { m_frame.flush(); }
+
+    bool perform(platform::Command, int tag) override;
+    std::optional<platform::CommandState> validate(platform::Command, int tag) const override;
+
+private:
+    void makeWindow();
+    void profilesChanged();
+    void rebuildPool(Profile const&);
+    void configure(platform::WebView&, GoogleApp);
+    void applyZoom(std::optional<double> delta);
+    platform::WebView* currentView() const;
+    platform::Menu profileMenu();
+
+    std::chrono::steady_clock::time_point now() const override { return m_environment.runLoop.now(); }
+    void reloadOtherApps(platform::WebView const& except) override;
+
+    ProfileStore& m_profiles;
+    Environment m_environment;
+    DataStoreFor m_dataStoreFor;
+    std::function<void()> m_onManageProfiles;
+    GoogleApp m_current { GoogleApp::mail };
+
+    SidebarView m_sidebar;
+    FrameAutosave m_frame;
+    UnreadWatch m_unread;
+    SessionRefresher m_session;
+    WebProcessRecovery m_recovery;
+    PageNavigation m_navigation;
+    std::unique_ptr<platform::Window> m_window;
+    // After its delegates, so that the views end first.
+    std::unique_ptr<WebViewPool> m_pool;
+    std::optional<Uuid> m_poolProfileID;
+    ScopedConnection m_profilesConnection;
+    Lifetime m_lifetime;
+};
+
+}

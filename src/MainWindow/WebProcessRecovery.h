@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Platform/RunLoop.h"
+#include "Platform/WebView.h"
+
+#include <chrono>
+#include <deque>
+#include <map>
+
+namespace tarn {
+
+// Reloads a view whose process ended. A page that ends it again and again is not reloaded for ever: the view then shows
+// a notice with a Reload button.
+class WebProcessRecovery {
+public:
+    static constexpr std::chrono::seconds window { 60 };
+    // The view is given up when its process ends once more than this within the window.
+    static constexpr std::size_t reloadsPerWindow { 3 };
+
+    explicit WebProcessRecovery(platform::RunLoop& runLoop)
+        : m_runLoop(runLoop)
+    {
+    }
+
+    void didTerminate(platform::WebView&, platform::ProcessTermination const&);
+    // The views are gone.
+    void forgetViews() { m_reloads.clear(); }
+
+private:
+    void showNotice(platform::WebView&, std::string title, std::string text);
+
+    platform::RunLoop& m_runLoop;
+    std::map<platform::WebView const*, std::deque<std::chrono::steady_clock::time_point>> m_reloads;
+};
+
+}

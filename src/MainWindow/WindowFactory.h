@@ -1,0 +1,31 @@
+#pragma once
+
+#include "MainWindow/SidebarView.h"
+#include "Platform/MenuBar.h"
+#include "Platform/Window.h"
+
+#include <memory>
+#include <string>
+
+namespace tarn {
+
+struct MainWindowAppearance {
+    // For the window list; the title bar itself shows the menu bar instead.
+    std::string title;
+    platform::WindowFrame frame;
+    int minimumWidth { 0 };
+    int minimumHeight { 0 };
+    int sidebarWidth { 0 };
+};
+
+// Where the core asks for its native counterparts. What is passed by reference outlives the window.
+class WindowFactory {
+public:
+    virtual ~WindowFactory() = default;
+
+    virtual std::unique_ptr<platform::Window> makeMainWindow(
+        MainWindowAppearance const&, SidebarView&, platform::MenuBar&)
+        = 0;
+};
+
+}

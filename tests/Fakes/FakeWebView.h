@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Platform/WebView.h"
+
+#include <string>
+#include <vector>
+
+namespace tarn::test {
+
+// A web view without pages: it records what it is told, and the test plays the engine.
+class FakeWebView final : public platform::WebView {
+public:
+    void setNavigationDelegate(platform::NavigationDelegate* delegate) override { navigationDelegate = delegate; }
+    void setUIDelegate(platform::UIDelegate* delegate) override { uiDelegate = delegate; }
+    void setOnTitleChange(std::function<void()> callback) override { onTitleChange = std::move(callback); }
+
+    void load(platform::UrlRequest const& request) override
+    {
+        events.push_back("load " + request.url.string());
+        timeout = request.timeout;
+        currentNotice.reset();
+        if (!currentUrl)
+            currentUrl = request.url;
+    }
+    void reload() override
+    {
+        events.emplace_back("reload");
+        currentNotice.reset();
+    }
+    void goBack() override { events.emplace_back("back"); }
+    void goForward() override { events.emplace_back("forward"); }
+    bool canGoBack() const override { return back; }
+    bool canGoForward() const override { return forward; }
+    std::optional<Url> url() const override { return currentUrl; }
+    std::optional<std::string> title() const override { return currentTitle; }
+    double pageZoom() const override { return zoom; }
+    void setPageZoom(double factor) override { zoom = factor; }
+    void evaluateJavaScript(std::string const& source) override { events.push_back("script " + source); }
+    void showNotice(std::optional<platform::PageNotice> notice) override { currentNotice = std::move(notice); }
+
+    // The engine's side.
+    void commit(char const* url)
+    {
+        currentUrl = Url::parse(url);
+        currentNotice.reset();
+        navigationDelegate->didCommit(*this);
+    }
+    void finish() { navigationDelegate->didFinish(*this); }
+    void visit(char const* url)
+    {
+        commit(url);
+        finish();
+    }
+    void setTitle(std::string const& title)
+    {
+        currentTitle = title;
+        if (onTitleChange)
+            onTitleChange();
+    }
+    void terminate(platform::ProcessTermination const& termination = {})
+    {
+        navigationDelegate->webContentProcessDidTerminate(*this, termination);
+    }
+    platform::NavigationPolicy decide(platform::NavigationAction const& action)
+    {
+        return navigationDelegate->decidePolicy(*this, action);
+    }
+
+    platform::NavigationDelegate* navigationDelegate { nullptr };
+    platform::UIDelegate* uiDelegate { nullptr };
+    std::function<void()> onTitleChange;
+    std::vector<std::string> events;
+    std::chrono::seconds timeout { 0 };
+    std::optional<Url> currentUrl;
+    std::optional<std::string> currentTitle;
+    std::optional<platform::PageNotice> currentNotice;
+    double zoom { 1.0 };
+    bool back { false };
+    bool forward { false };
+};
+
+}
