@@ -1,0 +1,132 @@
+#include "Platform/Gtk/Application.h"
+
+#include "Platform/Gtk/DockTile.h"
+#include "Platform/Gtk/MainWindow.h"
+#include "Platform/Gtk/RunLoop.h"
+#include "Platform/Gtk/UserDefaults.h"
+#include "Platform/Gtk/Workspace.h"
+
+#include <adwaita.h>
+#include <glib-unix.h>
+#include <gtkmm/cssprovider.h>
+#include <gtkmm/stylecontext.h>
+
+#include <chrono>
+#include <csignal>
+
+namespace tarn::gtk {
+
+namespace {
+
+// The engine writes local storage a moment after the last page has gone. It has no word for when it is done.
+constexpr std::chrono::milliseconds farewellTime { 300 };
+
+}
+
+struct Application::Ports {
+    Ports(Application& application, Options const& options)
+        : defaults(options.configuration / "Tarn" / "settings.ini", logToSystem)
+        , workspace(logToSystem)
+        , dockTile(application.get_dbus_connection(), options.applicationId)
+        , engine(
+              { .data = options.data / "Tarn" / "v2" / "WebsiteData", .cache = options.cache / "Tarn" / "WebsiteData" },
+              logToSystem, options.sessionSetUp)
+    {
+    }
+
+    RunLoop runLoop;
+    UserDefaults defaults;
+    Workspace workspace;
+    DockTile dockTile;
+    WebEngine engine;
+};
+
+Application::Options Application::userOptions()
+{
+    return {
+        .applicationId = TARN_APPLICATION_ID,
+        .data = g_get_user_data_dir(),
+        .cache = g_get_user_cache_dir(),
+        .configuration = g_get_user_config_dir(),
+    };
+}
+
+Application::Application(Options options)
+    : Gtk::Application(options.applicationId)
+    , m_options(std::move(options))
+{
+}
+
+Application::~Application() = default;
+
+void Application::on_startup()
+{
+    Gtk::Application::on_startup();
+    adw_init();
+    loadStyle();
+    // Closing the window only hides it.
+    hold();
+    for (int const signal : { SIGTERM, SIGINT, SIGHUP }) {
+        g_unix_signal_add(
+            signal,
+            [](gpointer self) -> gboolean {
+                static_cast<Application*>(self)->terminate();
+                return G_SOURCE_CONTINUE;
+            },
+            this);
+    }
+
+    if (m_options.prepareData)
+        m_options.prepareData(m_options.data);
+    m_ports = std::make_unique<Ports>(*this, m_options);
+    m_delegate = std::make_unique<AppDelegate>(AppEnvironment {
+        .applicationSupport = m_options.data,
+        .store
+        = { .now = [] { return std::chrono::system_clock::now(); }, .makeUuid = &Uuid::random, .log = logToSystem },
+        .engine = m_ports->engine,
+        .windows = *this,
+        .workspace = m_ports->workspace,
+        .dockTile = m_ports->dockTile,
+        .defaults = m_ports->defaults,
+        .runLoop = m_ports->runLoop,
+        .log = logToSystem,
+    });
+}
+
+void Application::on_activate()
+{
+    if (m_farewell)
+        return;
+    if (std::exchange(m_launched, true))
+        m_delegate->applicationShouldHandleReopen();
+    else
+        m_delegate->applicationDidFinishLaunching();
+}
+
+void Application::loadStyle()
+{
+    auto const provider = Gtk::CssProvider::create();
+    provider->load_from_resource("/io/github/tarn/Tarn/style.css");
+    Gtk::StyleContext::add_provider_for_display(
+        Gdk::Display::get_default(), provider, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    gtk_icon_theme_add_resource_path(
+        gtk_icon_theme_get_for_display(gdk_display_get_default()), "/io/github/tarn/Tarn/icons");
+}
+
+void Application::terminate()
+{
+    if (m_farewell)
+        return;
+    m_delegate->applicationWillTerminate();
+    m_farewell = m_ports->runLoop.after(farewellTime, [this] { quit(); });
+}
+
+std::unique_ptr<platform::Window> Application::makeMainWindow(
+    MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
+{
+    // From a fresh turn of the loop: the window that asks ends with it.
+    return std::make_unique<MainWindow>(
+        *this, appearance, sidebar, menuBar, [this] { m_ports->runLoop.post([this] { terminate(); }); });
+}
+
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "App/AppDelegate.h"
+#include "Platform/Gtk/WebEngine.h"
+
+#include <gtkmm/application.h>
+
+#include <filesystem>
+#include <memory>
+
+namespace tarn::gtk {
+
+// The running program: one instance per user, the owner of the adapter's parts and of the core.
+class Application final : public Gtk::Application, private WindowFactory {
+public:
+    struct Options {
+        std::string applicationId;
+        // Tarn makes its own folder in each of these.
+        std::filesystem::path data;
+        std::filesystem::path cache;
+        std::filesystem::path configuration;
+        WebEngine::SessionSetUp sessionSetUp {};
+        // Before the application opens its store for the first time.
+        std::function<void(std::filesystem::path const& applicationSupport)> prepareData {};
+    };
+
+    // The user's own folders, as the desktop standard names them.
+    static Options userOptions();
+
+    explicit Application(Options);
+    ~Application() override;
+
+    AppDelegate& delegate() { return *m_delegate; }
+
+private:
+    struct Ports;
+
+    void on_startup() override;
+    void on_activate() override;
+    void loadStyle();
+    void terminate();
+    std::unique_ptr<platform::Window> makeMainWindow(
+        MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
+
+    Options m_options;
+    std::unique_ptr<Ports> m_ports;
+    std::unique_ptr<AppDelegate> m_delegate;
+    std::unique_ptr<platform::Timer> m_farewell;
+    bool m_launched { false };
+};
+
+}

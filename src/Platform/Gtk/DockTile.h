@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Platform/DockTile.h"
+
+#include <giomm/dbusconnection.h>
+
+#include <string>
+
+namespace tarn::gtk {
+
+// The launcher entry protocol of docks and task bars (com.canonical.Unity.LauncherEntry). Without a session bus, or a
+// dock that listens, nothing happens.
+class DockTile final : public platform::DockTile {
+public:
+    DockTile(Glib::RefPtr<Gio::DBus::Connection>, std::string applicationId);
+    ~DockTile() override;
+
+    void setBadge(std::optional<std::int64_t>) override;
+
+private:
+    void send() const;
+
+    Glib::RefPtr<Gio::DBus::Connection> m_bus;
+    std::string m_applicationId;
+    std::optional<std::int64_t> m_badge;
+    unsigned m_watch { 0 };
+};
+
+}

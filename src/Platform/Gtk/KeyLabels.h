@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Platform/Menu.h"
+
+#include <string>
+#include <vector>
+
+namespace tarn::gtk {
+
+// The toolkit's accelerators of a key, the one to be shown first.
+std::vector<std::string> accelerators(platform::KeyEquivalent const&);
+
+// The key as this desktop writes it: "Ctrl+1".
+std::string keyLabel(platform::KeyEquivalent const&);
+
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "MainWindow/WindowFactory.h"
+#include "Platform/Gtk/MenuBarView.h"
+#include "Platform/Gtk/SidebarView.h"
+#include "Platform/Window.h"
+
+#include <gtkmm/applicationwindow.h>
+#include <gtkmm/headerbar.h>
+#include <gtkmm/stack.h>
+
+namespace tarn::gtk {
+
+class MainWindow final : public platform::Window {
+public:
+    MainWindow(Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&,
+        std::function<void()> quit);
+    ~MainWindow() override;
+
+    void present() override;
+    bool isVisible() const override { return m_window.is_visible(); }
+    void setContent(platform::WebView*) override;
+    void focus(platform::WebView&) override;
+    void setOnFrameChange(std::function<void(platform::WindowFrame)> onFrameChange) override
+    {
+        m_onFrameChange = std::move(onFrameChange);
+    }
+
+    Gtk::ApplicationWindow& window() { return m_window; }
+
+private:
+    MenuBarView::PlatformCommands platformCommands(std::function<void()> quit);
+    void hide();
+    void frameChanged();
+    void watchFocus();
+    void showAbout();
+
+    Gtk::Application& m_application;
+    std::function<void(platform::WindowFrame)> m_onFrameChange;
+    // Kept here: a hidden window forgets it.
+    bool m_maximized;
+    bool m_menuHadFocus { false };
+    platform::WebView* m_content { nullptr };
+
+    Gtk::ApplicationWindow m_window;
+    Gtk::HeaderBar m_headerBar;
+    Gtk::Box m_box;
+    SidebarView m_sidebar;
+    Gtk::Stack m_stack;
+    MenuBarView m_menuBar;
+};
+
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "MainWindow/SidebarView.h"
+#include "Support/Lifetime.h"
+
+#include <gtkmm/box.h>
+#include <gtkmm/button.h>
+#include <gtkmm/popovermenu.h>
+
+#include <memory>
+#include <vector>
+
+namespace tarn::gtk {
+
+class AppButton;
+class MenuModel;
+
+// Draws the core's sidebar and reports clicks to it.
+class SidebarView final : public Gtk::Box {
+public:
+    SidebarView(tarn::SidebarView&, int width);
+    ~SidebarView() override;
+
+private:
+    void render();
+    void renderProfile();
+    void loadPicture(std::filesystem::path const&);
+    void openProfileMenu(platform::Menu const&);
+
+    tarn::SidebarView& m_sidebar;
+    std::vector<AppButton*> m_appButtons;
+    Gtk::Button m_settingsButton;
+    Gtk::Button m_profileButton;
+    Gtk::Widget* m_avatar;
+    std::optional<std::filesystem::path> m_picture;
+    std::unique_ptr<MenuModel> m_menuModel;
+    std::unique_ptr<Gtk::PopoverMenu> m_menu;
+    Lifetime m_lifetime;
+};
+
+}

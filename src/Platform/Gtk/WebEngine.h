@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Platform/Gtk/MessageChannel.h"
+#include "Platform/Gtk/Sandbox.h"
+#include "Platform/Gtk/WebsiteDataStore.h"
+#include "Platform/WebEngine.h"
+#include "Support/Log.h"
+
+#include <filesystem>
+#include <functional>
+#include <map>
+
+namespace tarn::gtk {
+
+class WebEngine final : public platform::WebEngine {
+public:
+    struct Folders {
+        // One folder per profile in each, named by the profile's identifier.
+        std::filesystem::path data;
+        std::filesystem::path cache;
+    };
+    // Sees each new session before it is used. This is how another set of services is put in place of the real ones;
+    // the application itself passes nothing.
+    using SessionSetUp = std::function<void(WebKitNetworkSession*)>;
+
+    WebEngine(Folders, Log, SessionSetUp = {});
+    ~WebEngine() override;
+
+    std::shared_ptr<platform::WebsiteDataStore> dataStore(Uuid const&) override;
+    void removeDataStore(Uuid const&, std::function<void(std::optional<std::string>)> completion) override;
+    std::unique_ptr<platform::WebView> makeWebView(platform::WebViewConfiguration const&) override;
+
+private:
+    struct Store {
+        std::weak_ptr<WebsiteDataStore> store;
+        // A view keeps its session alive even when the store is gone.
+        GWeakRef session;
+    };
+    WebsiteFolders foldersOf(Uuid const&) const;
+
+    Folders m_folders;
+    Log m_log;
+    SessionSetUp m_setUp;
+    Ref<WebKitWebContext> m_context;
+    MessageChannel m_channel;
+    Sandbox m_sandbox;
+    std::map<Uuid, std::unique_ptr<Store>> m_stores;
+};
+
+}

@@ -1,0 +1,293 @@
+#include "Platform/Gtk/WebView.h"
+
+#include "Platform/Gtk/NoticeView.h"
+#include "Platform/Gtk/Sandbox.h"
+#include "Platform/Gtk/WebsiteDataStore.h"
+
+#include <gdk/gdk.h>
+#include <gtkmm/widget.h>
+
+namespace tarn::gtk {
+
+namespace {
+
+Ref<WebKitSettings> makeSettings(platform::WebViewConfiguration const& configuration)
+{
+    auto settings = adopt(webkit_settings_new());
+    webkit_settings_set_javascript_can_open_windows_automatically(
+        settings.get(), configuration.javaScriptCanOpenWindowsAutomatically);
+    webkit_settings_set_enable_fullscreen(settings.get(), configuration.elementFullscreenEnabled);
+    webkit_settings_set_enable_back_forward_navigation_gestures(
+        settings.get(), configuration.allowsBackForwardNavigationGestures);
+    return settings;
+}
+
+WebKitUserScript* makeUserScript(platform::UserScript const& script)
+{
+    return webkit_user_script_new(script.source.c_str(),
+        script.frames == platform::InjectedFrames::allFrames ? WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES
+                                                             : WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+        script.injectionTime == platform::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
+                                                                       : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
+        nullptr, nullptr);
+}
+
+Ref<WebKitWebView> makeView(
+    platform::WebViewConfiguration const& configuration, WebKitWebContext* context, MessageChannel const& channel)
+{
+    auto const contentManager = channel.contentManagerWithScript(ClickWatch::script());
+    for (auto const& script : configuration.userContentController.userScripts) {
+        auto* const userScript = makeUserScript(script);
+        webkit_user_content_manager_add_script(contentManager.get(), userScript);
+        webkit_user_script_unref(userScript);
+    }
+    auto const settings = makeSettings(configuration);
+    auto const& store = static_cast<WebsiteDataStore const&>(*configuration.dataStore);
+    return sink(WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context, "network-session",
+        store.session(), "user-content-manager", contentManager.get(), "settings", settings.get(), nullptr)));
+}
+
+platform::NavigationAction translate(WebKitNavigationAction* action)
+{
+    platform::NavigationAction result;
+    if (auto const* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)))
+        result.url = uri;
+    if (webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED)
+        result.type = platform::NavigationType::linkActivated;
+    result.commandKey = (webkit_navigation_action_get_modifiers(action) & GDK_CONTROL_MASK) != 0;
+    result.userGesture = webkit_navigation_action_is_user_gesture(action);
+    switch (webkit_navigation_action_get_mouse_button(action)) {
+    case GDK_BUTTON_PRIMARY:
+        result.button = platform::MouseButton::primary;
+        break;
+    case GDK_BUTTON_MIDDLE:
+        result.button = platform::MouseButton::middle;
+        break;
+    case GDK_BUTTON_SECONDARY:
+        result.button = platform::MouseButton::secondary;
+        break;
+    default:
+        break;
+    }
+    return result;
+}
+
+bool isChannelAddress(std::string const& url)
+{
+    return url.starts_with(std::string(MessageChannel::scheme) + ":");
+}
+
+}
+
+WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebContext* context,
+    MessageChannel& channel, Sandbox& sandbox)
+    : m_channel(channel)
+    , m_sandbox(sandbox)
+    , m_view(makeView(configuration, context, channel))
+    , m_onDecidePolicy(
+          m_view.get(), "decide-policy", [this](auto* decision, auto type) { return decidePolicy(decision, type); })
+    , m_onCreate(m_view.get(), "create",
+          [this](WebKitNavigationAction* action) -> GtkWidget* {
+              if (m_uiDelegate)
+                  m_uiDelegate->requestNewWindow(*this, translate(action));
+              return nullptr;
+          })
+    , m_onLoadChanged(m_view.get(), "load-changed", [this](auto event) { loadChanged(event); })
+    , m_onLoadFailed(m_view.get(), "load-failed",
+          [this](WebKitLoadEvent, char const* url, GError* error) -> gboolean {
+              m_loadFailed = true;
+              if (m_timeoutUrl == url)
+                  m_timeout.reset();
+              bool const intended = g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)
+                  || error->domain == WEBKIT_POLICY_ERROR;
+              if (!intended)
+                  fail(url, error->message);
+              return TRUE;
+          })
+    , m_onTlsFailed(m_view.get(), "load-failed-with-tls-errors",
+          [this](char const* url, GTlsCertificate*, GTlsCertificateFlags) -> gboolean {
+              m_loadFailed = true;
+              fail(url, "The connection is not secure: the server's certificate cannot be trusted.");
+              return TRUE;
+          })
+    , m_onTerminated(m_view.get(), "web-process-terminated", [this](auto reason) { processTerminated(reason); })
+    , m_onTitle(m_view.get(), "notify::title",
+          [this](GParamSpec*) {
+              if (m_onTitleChange)
+                  m_onTitleChange();
+          })
+    , m_onUrl(m_view.get(), "notify::uri", [this](GParamSpec*) { urlChanged(); })
+    , m_onHistory(webkit_web_view_get_back_forward_list(m_view.get()), "changed",
+          [this](WebKitBackForwardListItem*, gpointer) {
+              if (m_navigationDelegate)
+                  m_navigationDelegate->historyDidChange(*this);
+          })
+    // The engine's own answer is a dialog in a nested main loop, which would stop every other page.
+    , m_onPrint(m_view.get(), "print", [](WebKitPrintOperation*) -> gboolean { return TRUE; })
+{
+    m_stack.add(*Glib::wrap(GTK_WIDGET(m_view.get())), "page");
+    m_channel.setReceiver(m_view.get(), [this](auto const& message) { m_clicks.receive(message); });
+}
+
+WebView::~WebView()
+{
+    m_channel.removeReceiver(m_view.get());
+}
+
+void WebView::grabFocus()
+{
+    if (m_notice)
+        m_notice->focusButton();
+    else
+        gtk_widget_grab_focus(GTK_WIDGET(m_view.get()));
+}
+
+void WebView::load(platform::UrlRequest const& request)
+{
+    showNotice(std::nullopt);
+    if (!m_url)
+        m_url = request.url;
+    m_timeoutUrl = request.url.string();
+    m_timeout = m_runLoop.after(request.timeout, [this] {
+        if (!webkit_web_view_is_loading(m_view.get()))
+            return;
+        webkit_web_view_stop_loading(m_view.get());
+        fail(m_timeoutUrl, "The server did not answer.");
+    });
+    webkit_web_view_load_uri(m_view.get(), request.url.string().c_str());
+}
+
+void WebView::reload()
+{
+    showNotice(std::nullopt);
+    // A view whose process ended before its first page came has nothing to reload.
+    auto* const history = webkit_web_view_get_back_forward_list(m_view.get());
+    if (webkit_back_forward_list_get_current_item(history) || !m_url)
+        webkit_web_view_reload(m_view.get());
+    else
+        webkit_web_view_load_uri(m_view.get(), m_url->string().c_str());
+}
+
+std::optional<std::string> WebView::title() const
+{
+    auto const* const title = webkit_web_view_get_title(m_view.get());
+    return title ? std::optional<std::string>(title) : std::nullopt;
+}
+
+void WebView::evaluateJavaScript(std::string const& source)
+{
+    webkit_web_view_evaluate_javascript(
+        m_view.get(), source.data(), static_cast<gssize>(source.size()), nullptr, nullptr, nullptr, nullptr, nullptr);
+}
+
+void WebView::showNotice(std::optional<platform::PageNotice> notice)
+{
+    bool const hadFocus = gtk_widget_get_focus_child(GTK_WIDGET(m_stack.gobj())) != nullptr;
+    if (m_notice) {
+        m_stack.set_visible_child("page");
+        // The notice may be what asks, from its own button: it ends when that is done.
+        std::shared_ptr<NoticeView> const old = std::move(m_notice);
+        m_stack.remove(*old);
+        m_runLoop.post([old] {});
+    }
+    if (notice) {
+        m_notice = std::make_unique<NoticeView>(*notice);
+        m_stack.add(*m_notice, "notice");
+        m_stack.set_visible_child("notice");
+    }
+    if (hadFocus)
+        grabFocus();
+}
+
+gboolean WebView::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type)
+{
+    // Windows are decided on when they are made; responses by the engine.
+    if (type != WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION)
+        return FALSE;
+
+    auto* const engineAction
+        = webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+    auto action = translate(engineAction);
+    auto policy = platform::NavigationPolicy::allow;
+    if (isChannelAddress(action.url)) {
+        policy = platform::NavigationPolicy::cancel;
+    } else {
+        if (action.type == platform::NavigationType::linkActivated)
+            action.targetFrame = m_clicks.takeTargetFrame(engineAction);
+        if (m_navigationDelegate)
+            policy = m_navigationDelegate->decidePolicy(*this, action);
+    }
+    if (policy == platform::NavigationPolicy::allow)
+        webkit_policy_decision_use(decision);
+    else
+        webkit_policy_decision_ignore(decision);
+    return TRUE;
+}
+
+void WebView::loadChanged(WebKitLoadEvent event)
+{
+    switch (event) {
+    case WEBKIT_LOAD_STARTED:
+        m_loadFailed = false;
+        break;
+    case WEBKIT_LOAD_REDIRECTED:
+        break;
+    case WEBKIT_LOAD_COMMITTED:
+        m_sandbox.didWork();
+        m_timeout.reset();
+        urlChanged();
+        showNotice(std::nullopt);
+        if (m_navigationDelegate)
+            m_navigationDelegate->didCommit(*this);
+        break;
+    case WEBKIT_LOAD_FINISHED:
+        if (m_navigationDelegate && !m_loadFailed)
+            m_navigationDelegate->didFinish(*this);
+        break;
+    }
+}
+
+void WebView::fail(std::string const& url, std::string const& reason)
+{
+    m_timeout.reset();
+    if (m_navigationDelegate)
+        m_navigationDelegate->didFail(*this, { .url = url, .reason = reason });
+}
+
+void WebView::processTerminated(WebKitWebProcessTerminationReason reason)
+{
+    using platform::ProcessTermination;
+    m_timeout.reset();
+    auto const report = [this](ProcessTermination const& termination) {
+        if (m_navigationDelegate)
+            m_navigationDelegate->webContentProcessDidTerminate(*this, termination);
+    };
+    auto const kind = reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT
+        ? ProcessTermination::Reason::exceededMemoryLimit
+        : ProcessTermination::Reason::crashed;
+    if (m_sandbox.works()) {
+        report({ .reason = kind });
+        return;
+    }
+    // No page has run yet: perhaps none can.
+    Sandbox::probe(m_lifetime.guard([report, kind](std::optional<std::string> problem) {
+        if (problem)
+            report({ .reason = ProcessTermination::Reason::cannotStart, .explanation = *problem });
+        else
+            report({ .reason = kind });
+    }));
+}
+
+void WebView::urlChanged()
+{
+    auto const* const uri = webkit_web_view_get_uri(m_view.get());
+    if (uri && *uri)
+        m_url = Url::parse(uri);
+}
+
+Gtk::Widget& widgetOf(platform::WebView& view)
+{
+    return static_cast<WebView&>(view).widget();
+}
+
+}

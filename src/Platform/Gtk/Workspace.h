@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Platform/Workspace.h"
+#include "Support/Log.h"
+
+namespace tarn::gtk {
+
+class Workspace final : public platform::Workspace {
+public:
+    explicit Workspace(Log log)
+        : m_log(std::move(log))
+    {
+    }
+
+    void open(Url const&) override;
+
+private:
+    Log m_log;
+};
+
+}
