@@ -17,6 +17,12 @@
     return [...arrived, ...data.mail.map((mail, place) => ({ ...mail, place }))];
   }
 
+  const folders = {
+    starred: () => conversations().filter(({ place }) => place % 7 === 1),
+    sent: () => [],
+    drafts: () => [],
+  };
+
   function showTitle() {
     const count = state.unread ? ` (${state.unread})` : '';
     document.title = `Inbox${count} - ${stage.email} - Mail`;
@@ -25,9 +31,9 @@
 
   function list() {
     const wanted = byId('search').value.trim().toLowerCase();
-    const found = conversations().filter((mail) => `${mail.from} ${mail.subject} ${mail.text}`.toLowerCase().includes(wanted));
+    const found = (folders[location.hash.slice(1)] ?? conversations)().filter((mail) => `${mail.from} ${mail.subject} ${mail.text}`.toLowerCase().includes(wanted));
     main.replaceChildren(
-      element('header', {}, element('h2', {}, wanted ? 'Search' : 'Inbox'), element('small', {}, `${found.length} conversations`)),
+      element('header', {}, element('h2', {}, wanted ? 'Search' : document.querySelector('.side [aria-current]').firstChild.textContent.trim()), element('small', {}, `${found.length} conversations`)),
       element('div', { class: 'rows', id: 'list' }, ...found.map((mail, place) => element('a',
         { class: 'conversation' + (isUnread(mail) ? ' unread' : ''), href: '#inbox/' + mail.id },
         element('span', { class: 'from cut' }, mail.from),

@@ -48,10 +48,18 @@ stage.data = (() => {
   const people = ['Nora Vale', 'Emil Strand', 'Aya Mori', 'Jonas Field', 'Priya Raman', 'Leo Marchetti', 'Selma Lind', 'Oskar Brandt', 'Wanjiru Njoroge', 'Pavel Dvorak', 'Freya Holt', 'Samir Haddad', 'Lucia Prado', 'Anton Berg', 'Mei Tanaka', 'Gwen Parry', 'Idris Bello', 'Hanna Kivi', 'Rafael Costa', 'Tess Quill'];
   const subjects = ['Notes from the meeting', 'Photos from the weekend', 'A question about the invoice', 'Key for the shed', 'Plan for next week', 'Lunch on Wednesday?', 'The draft, with comments', 'Bicycle repair', 'Small change to the plan', 'Receipt', 'Choir practice moved', 'Garden seeds', 'Parking on Mill Lane', 'Re: the old kettle', 'Reminder: dentist'];
   const sentences = ['Thank you for sending this so quickly.', 'I have read it twice and have one question only.', 'The numbers on the second page do not add up yet.', 'If it rains we meet inside.', 'Nothing urgent, it can wait until you are back.', 'Could you bring the folder with the blue spine?', 'We settled on the cheaper one in the end.', 'The others agree, so it is up to you.', 'Please tell me by Friday whether that works.', 'I left the key where it always is.'];
+  const verbs = ['Call', 'Write to', 'Thank', 'Meet', 'Send the folder to'];
+  const fileKinds = ['Document', 'Sheet', 'Picture'];
   const fileWords = ['Report', 'Sketch', 'Invoice', 'Letter', 'Plan', 'Photo', 'List', 'Minutes'];
 
   const pick = stage.seeded(stage.account);
-  const any = (list) => list[pick(list.length)];
+  // Drawn like cards, so that little comes twice.
+  const decks = new Map();
+  function any(list) {
+    if (!decks.get(list)?.length) decks.set(list, [...list]);
+    const deck = decks.get(list);
+    return deck.splice(pick(deck.length), 1)[0];
+  }
   const mine = own[stage.account] ?? { mail: [], events: [], files: [], notes: [], tasks: [] };
   const paragraph = (count) => Array.from({ length: count }, () => any(sentences)).join(' ');
   const fill = (list, count, make) => [...list, ...Array.from({ length: Math.max(0, count - list.length) }, make)];
@@ -62,9 +70,9 @@ stage.data = (() => {
       .map(([from, subject, text], place) => ({ id: 'c' + place, from, subject, text })),
     events: mine.events.map(([day, start, end, title]) => ({ day, start, end, title })),
     files: fill(mine.files, 34, (_, place) => any(fileWords) + ' ' + (place + 1))
-      .map((name) => ({ name, kind: any(['Document', 'Sheet', 'Picture', 'Folder']), owner: pick(3) ? 'me' : any(people), kilobytes: 12 + pick(4000), days: 1 + pick(90) })),
+      .map((name) => ({ name, kind: any(fileKinds), owner: pick(3) ? 'me' : any(people), kilobytes: 12 + pick(4000), days: 1 + pick(90) })),
     notes: fill(mine.notes, 24, () => [any(subjects), paragraph(1 + pick(3))]).map(([title, text]) => ({ title, text })),
-    tasks: fill(mine.tasks, 26, () => any(['Call ', 'Write to ', 'Thank ', 'Meet ', 'Send the folder to ']) + any(people)),
+    tasks: fill(mine.tasks, 26, () => any(verbs) + ' ' + any(people)),
     people: [...new Set([...mine.mail.map(([from]) => from), ...people])].sort()
       .map((name) => ({ name, email: name.toLowerCase().replace(/[^a-z]+/g, '.') + '@example.com', phone: '+1 555 01' + String(10 + pick(90)) })),
   };

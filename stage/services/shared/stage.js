@@ -46,6 +46,15 @@ const stage = (() => {
           element('a', { id: 'sign-out', href: 'https://accounts.google.com/Logout?continue=' + here }, 'Sign out'))));
   }
 
+  // Marks the entry of the side list whose address this is.
+  function markPlace() {
+    const links = [...document.querySelectorAll('.side a:not(.button)')];
+    const here = links.find((link) => link.href === location.href) ?? links.find((link) => link.hasAttribute('aria-current'));
+    for (const link of links) link.toggleAttribute('aria-current', link === here);
+  }
+
   for (const bar of document.querySelectorAll('.bar')) fillBar(bar);
+  markPlace();
+  addEventListener('hashchange', markPlace);
   return { account, name, email, element, post, seeded };
 })();
