@@ -1,6 +1,5 @@
 #include "SignInService.h"
 
-#include "Account.h"
 #include "Text.h"
 
 #include <glib.h>
@@ -31,14 +30,14 @@ std::string onAccounts(std::string_view path, std::string_view continueUrl)
     return url.append(accountsHost).append(path).append("continue=").append(escapeQueryValue(continueUrl));
 }
 
-void setAccount(Pages::Values& values, Account const& account)
+}
+
+void SignInService::setAccount(Pages::Values& values, Account const& account)
 {
     values["account.id"] = account.id;
     values["account.name"] = account.name;
     values["account.email"] = account.email;
     values["account.initial"] = account.name.substr(0, 1);
-}
-
 }
 
 std::string SignInService::accountIn(std::string_view cookies)
@@ -56,8 +55,7 @@ std::string SignInService::checkedContinue(std::optional<std::string> const& url
 {
     auto const fallback = "https://" + std::string(mailHost) + "/";
     // Nothing that two URL parsers could read differently: printable ASCII, no backslash, no user info.
-    if (!url || std::ranges::any_of(*url, [](char character) { return character <= ' ' || character > '~'; })
-        || url->find_first_of("\\@") != url->npos)
+    if (!url || !isPrintableAscii(*url) || url->find_first_of("\\@") != url->npos)
         return fallback;
     std::unique_ptr<GUri, decltype(&g_uri_unref)> const uri(
         g_uri_parse(url->c_str(), G_URI_FLAGS_ENCODED, nullptr), g_uri_unref);

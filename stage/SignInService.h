@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Account.h"
 #include "Pages.h"
 #include "Request.h"
 #include "Response.h"
@@ -26,6 +27,8 @@ public:
     {
     }
 
+    // The values "account.…" of a page that is about that person.
+    static void setAccount(Pages::Values&, Account const&);
     // The id of the account whose sign-in cookie is in a Cookie header, or empty.
     static std::string accountIn(std::string_view cookies);
     // Where an application's page sends a visitor who is not signed in.

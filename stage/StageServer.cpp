@@ -1,6 +1,5 @@
 #include "StageServer.h"
 
-#include "Account.h"
 #include "Certificate.h"
 #include "Text.h"
 
@@ -22,7 +21,7 @@ Request requestOf(SoupServerMessage* message)
     auto const text = [](char const* value) { return std::string(value ? value : ""); };
     Request request { soup_server_message_get_method(message), {}, g_uri_get_path(uri), text(g_uri_get_query(uri)), {},
         text(soup_message_headers_get_one(headers, "User-Agent")), {}, {} };
-    auto* const host = g_ascii_strdown(g_uri_get_host(uri), -1);
+    auto* const host = g_ascii_strdown(text(g_uri_get_host(uri)).c_str(), -1);
     request.host = host;
     g_free(host);
     request.cookies = text(soup_message_headers_get_list(headers, "Cookie"));
@@ -113,8 +112,7 @@ Response StageServer::respond(Request const& request)
     // The redirecting links of the search host lead on.
     if ((request.host == "www.google.com" || request.host == "google.com") && request.path == "/url") {
         auto const target = formValue(request.query, "q").value_or("");
-        if (g_uri_is_valid(target.c_str(), G_URI_FLAGS_ENCODED, nullptr)
-            && (target.starts_with("https://") || target.starts_with("http://")))
+        if (isPrintableAscii(target) && (target.starts_with("https://") || target.starts_with("http://")))
             return Response::redirect(target);
     }
     auto const values = valuesFor(request);
@@ -142,12 +140,8 @@ Pages::Values StageServer::valuesFor(Request const& request) const
         values[id + ".name"] = account.name;
         values[id + ".email"] = account.email;
     }
-    if (auto const* const account = accountWithId(request.account)) {
-        values["account.id"] = account->id;
-        values["account.name"] = account->name;
-        values["account.email"] = account->email;
-        values["account.initial"] = account->name.substr(0, 1);
-    }
+    if (auto const* const account = accountWithId(request.account))
+        SignInService::setAccount(values, *account);
     return values;
 }
 

@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace tarn::stage {
@@ -42,6 +43,11 @@ std::optional<std::string_view> item(std::string_view list, char separator, std:
     return std::nullopt;
 }
 
+}
+
+bool isPrintableAscii(std::string_view text)
+{
+    return std::ranges::all_of(text, [](char character) { return character > ' ' && character <= '~'; });
 }
 
 std::string escapeHtml(std::string_view text)

@@ -6,6 +6,8 @@
 
 namespace tarn::stage {
 
+// Without spaces and control characters.
+bool isPrintableAscii(std::string_view);
 // Safe as text and as an attribute's value in either kind of quotes.
 std::string escapeHtml(std::string_view);
 // Safe as one value of a query.

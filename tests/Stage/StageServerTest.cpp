@@ -123,6 +123,22 @@ TEST(StageServer, ContinueStaysOnTheApplicationsHosts)
     EXPECT_EQ(SignInService::checkedContinue({}), mail);
 }
 
+TEST(StageServer, WrappedLinksLeadOnToWebAddressesOnly)
+{
+    StageServer server;
+    Visitor visitor(server.proxyUri());
+    struct {
+        std::string target;
+        std::string expected;
+    } const cases[] {
+        { "https%3A%2F%2Fnews.example%2Fstory", "https://news.example/story" },
+        { "javascript%3Aalert(1)", "https://www.google.com/url?q=javascript%3Aalert(1)" },
+        { "https%3A%2F%2Fa%0D%0AX%3A1", "https://www.google.com/url?q=https%3A%2F%2Fa%0D%0AX%3A1" },
+    };
+    for (auto const& [target, expected] : cases)
+        EXPECT_EQ(visitor.get("https://www.google.com/url?q=" + target).url, expected);
+}
+
 TEST(StageServer, ValuesInPagesAreEscapedAndExpandedOnce)
 {
     TemporaryFolder folder;
