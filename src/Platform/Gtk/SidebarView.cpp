@@ -23,6 +23,7 @@ constexpr int bottomMargin = 16;
 constexpr int dotMargin = 4;
 constexpr int profileSize = 36;
 constexpr int avatarSize = 32;
+constexpr int noPictureSize = 28;
 constexpr int menuDistance = 4;
 constexpr char const* menuPrefix = "profiles";
 
@@ -84,7 +85,6 @@ private:
 SidebarView::SidebarView(tarn::SidebarView& sidebar, int width)
     : Gtk::Box(Gtk::Orientation::VERTICAL)
     , m_sidebar(sidebar)
-    , m_avatar(Glib::wrap(adw_avatar_new(avatarSize, nullptr, FALSE)))
 {
     add_css_class("tarn-sidebar");
     set_size_request(width, -1);
@@ -112,8 +112,9 @@ SidebarView::SidebarView(tarn::SidebarView& sidebar, int width)
     m_settingsButton.set_margin_bottom(buttonSpacing);
     append(m_settingsButton);
 
-    adw_avatar_set_icon_name(ADW_AVATAR(m_avatar->gobj()), "tarn-profile-symbolic");
-    m_profileButton.set_child(*m_avatar);
+    m_noPicture.set_from_icon_name("tarn-profile-symbolic");
+    m_noPicture.set_pixel_size(noPictureSize);
+    m_profileButton.set_child(m_noPicture);
     m_profileButton.set_has_frame(false);
     m_profileButton.set_focus_on_click(false);
     m_profileButton.set_size_request(profileSize, profileSize);
@@ -149,7 +150,7 @@ void SidebarView::renderProfile()
     setAccessibleLabel(m_profileButton, profile.accessibilityLabel);
     if (profile.image != m_picture) {
         m_picture = profile.image;
-        adw_avatar_set_custom_image(ADW_AVATAR(m_avatar->gobj()), nullptr);
+        m_profileButton.set_child(m_noPicture);
         if (m_picture)
             loadPicture(*m_picture);
     }
@@ -165,8 +166,11 @@ void SidebarView::renderProfile()
 void SidebarView::loadPicture(std::filesystem::path const& file)
 {
     loadPictureAsync(file, avatarSize * get_scale_factor(), m_lifetime.guard([this, file](Ref<GdkTexture> texture) {
-        if (m_picture == file && texture)
-            adw_avatar_set_custom_image(ADW_AVATAR(m_avatar->gobj()), GDK_PAINTABLE(texture.get()));
+        if (m_picture != file || !texture)
+            return;
+        auto* const avatar = adw_avatar_new(avatarSize, nullptr, FALSE);
+        adw_avatar_set_custom_image(ADW_AVATAR(avatar), GDK_PAINTABLE(texture.get()));
+        m_profileButton.set_child(*Glib::wrap(avatar));
     }));
 }
 

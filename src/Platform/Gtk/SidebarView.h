@@ -5,6 +5,7 @@
 
 #include <gtkmm/box.h>
 #include <gtkmm/button.h>
+#include <gtkmm/image.h>
 #include <gtkmm/popovermenu.h>
 
 #include <memory>
@@ -31,7 +32,7 @@ private:
     std::vector<AppButton*> m_appButtons;
     Gtk::Button m_settingsButton;
     Gtk::Button m_profileButton;
-    Gtk::Widget* m_avatar;
+    Gtk::Image m_noPicture;
     std::optional<std::filesystem::path> m_picture;
     std::unique_ptr<MenuModel> m_menuModel;
     std::unique_ptr<Gtk::PopoverMenu> m_menu;
