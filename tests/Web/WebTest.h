@@ -1,0 +1,79 @@
+#pragma once
+
+#include "App/AppDelegate.h"
+#include "Fakes/FakeDesktop.h"
+#include "Platform/Gtk/RunLoop.h"
+#include "Platform/Gtk/WebEngine.h"
+#include "Platform/Gtk/WebView.h"
+#include "StageServer.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <gtkmm/application.h>
+#include <gtkmm/applicationwindow.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tarn::test {
+
+// The real engine, window and pages on the stand-in services; only the desktop around it (browser, dock) is recorded
+// instead of reached. Every test has folders of its own.
+class WebTest : public testing::Test, protected WindowFactory {
+protected:
+    explicit WebTest(stage::SignIn = stage::SignIn::automatic);
+    ~WebTest() override;
+
+    // The application from its launch to its orderly end. A later launch finds what the earlier one left.
+    void launch();
+    void terminate();
+
+    MainWindowController& controller() { return delegate->mainWindow(); }
+    ProfileStore& profiles() { return delegate->profiles(); }
+    gtk::WebView& view(GoogleApp app) { return static_cast<gtk::WebView&>(controller().pool().view(app)); }
+    Gtk::ApplicationWindow& window();
+    std::filesystem::path dataFolder(Uuid const& profile) const;
+    std::filesystem::path cacheFolder(Uuid const& profile) const;
+
+    // Runs the main loop until it is so. After a minute the test fails, and goes on.
+    void waitUntil(std::function<bool()> const& condition, std::string const& what);
+    // Shows the app and waits until its page has loaded and has its title.
+    void open(GoogleApp);
+    void waitForPage(GoogleApp);
+    // The result of an expression, or of a promise, in the page's main frame, as a string.
+    std::string evaluate(gtk::WebView&, std::string const& expression);
+    // How often a path of a host was asked for.
+    int requestCount(std::string const& host, std::string const& path) const;
+
+    // Real input, through the X server. The selector is of the page's main frame; the element is scrolled into view.
+    void click(gtk::WebView&, std::string const& selector, std::string const& arguments = "click 1");
+    void clickAt(Gtk::Widget&, double x, double y, std::string const& arguments = "click 1");
+    void press(std::string const& keys);
+    void type(std::string const& text);
+
+    static std::string read(std::filesystem::path const&);
+    // Whether any file below the folder holds the text.
+    static bool holds(std::filesystem::path const& folder, std::string const& text);
+
+    TemporaryFolder folder;
+    stage::StageServer stage;
+    FakeWorkspace workspace;
+    FakeDockTile dockTile;
+    FakeUserDefaults defaults;
+    gtk::RunLoop runLoop;
+    std::vector<std::string> log;
+    std::unique_ptr<gtk::WebEngine> engine;
+    std::unique_ptr<AppDelegate> delegate;
+
+private:
+    std::unique_ptr<platform::Window> makeMainWindow(
+        MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
+
+    Glib::RefPtr<Gtk::Application> m_application;
+};
+
+// Ends all processes that run pages, as a crash would.
+void killWebProcesses();
+
+}
