@@ -10,6 +10,7 @@ function(tarn_embed_script target name source)
   # A target of its own: the script may live in another folder than the library it is compiled into.
   add_custom_target(embed-${name} DEPENDS ${header})
   add_dependencies(${target} embed-${name})
+  add_dependencies(generated embed-${name})
   target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
 endfunction()
 

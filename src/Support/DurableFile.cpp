@@ -96,7 +96,7 @@ private:
         std::random_device random;
         for (int attempt = 0; attempt < 100; ++attempt) {
             auto const number = std::uint64_t { random() } << 32 | random();
-            std::snprintf(m_name, sizeof m_name, ".%016" PRIx64 ".tmp", number);
+            (void)std::snprintf(m_name, sizeof m_name, ".%016" PRIx64 ".tmp", number);
             auto const flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
             int const file = uninterrupted([&] { return openat(m_folder.get(), m_name, flags, S_IRUSR | S_IWUSR); });
             if (file >= 0 || errno != EEXIST)

@@ -128,7 +128,8 @@ std::optional<Pieces> Ipv6Parser::parse()
     }
     if (!compressedAt)
         return m_count == m_pieces.size() ? std::optional(m_pieces) : std::nullopt;
-    std::shift_right(m_pieces.begin() + *compressedAt, m_pieces.end(), m_pieces.size() - m_count);
+    std::shift_right(
+        m_pieces.begin() + *compressedAt, m_pieces.end(), static_cast<std::ptrdiff_t>(m_pieces.size() - m_count));
     std::fill_n(m_pieces.begin() + *compressedAt, m_pieces.size() - m_count, std::uint16_t { 0 });
     return m_pieces;
 }

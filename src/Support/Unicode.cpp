@@ -7,16 +7,16 @@ namespace tarn {
 
 char32_t nextCharacter(std::string_view utf8, std::size_t& position)
 {
-    UChar32 character;
-    U8_NEXT_OR_FFFD(utf8.data(), position, utf8.size(), character);
+    UChar32 character {};
+    U8_NEXT_OR_FFFD(utf8, position, utf8.size(), character);
     return static_cast<char32_t>(character);
 }
 
 bool isUtf8(std::string_view text)
 {
     for (std::size_t position = 0; position < text.size();) {
-        UChar32 character;
-        U8_NEXT(text.data(), position, text.size(), character);
+        UChar32 character {};
+        U8_NEXT(text, position, text.size(), character);
         if (character < 0)
             return false;
     }

@@ -19,18 +19,29 @@ public:
         events.push_back("load " + request.url.string());
         timeout = request.timeout;
         currentNotice.reset();
-        if (!currentUrl)
-            currentUrl = request.url;
+        pending = { request.url, static_cast<int>(history.size()) };
     }
     void reload() override
     {
         events.emplace_back("reload");
         currentNotice.reset();
+        if (currentUrl)
+            pending = { *currentUrl, position };
     }
-    void goBack() override { events.emplace_back("back"); }
-    void goForward() override { events.emplace_back("forward"); }
-    bool canGoBack() const override { return back; }
-    bool canGoForward() const override { return forward; }
+    void goBack() override
+    {
+        events.emplace_back("back");
+        if (canGoBack())
+            pending = { history[static_cast<std::size_t>(position - 1)], position - 1 };
+    }
+    void goForward() override
+    {
+        events.emplace_back("forward");
+        if (canGoForward())
+            pending = { history[static_cast<std::size_t>(position + 1)], position + 1 };
+    }
+    bool canGoBack() const override { return position > 0; }
+    bool canGoForward() const override { return position + 1 < static_cast<int>(history.size()); }
     std::optional<Url> url() const override { return currentUrl; }
     std::optional<std::string> title() const override { return currentTitle; }
     double pageZoom() const override { return zoom; }
@@ -39,6 +50,20 @@ public:
     void showNotice(std::optional<platform::PageNotice> notice) override { currentNotice = std::move(notice); }
 
     // The engine's side.
+
+    // Carries out the load that waits, as far as the delegate allows.
+    void arrive()
+    {
+        auto const load = std::exchange(pending, std::nullopt);
+        if (!load
+            || navigationDelegate->decidePolicy(*this, { .url = load->url.string() })
+                == platform::NavigationPolicy::cancel)
+            return;
+        position = load->position;
+        history.resize(std::max(history.size(), static_cast<std::size_t>(position) + 1), load->url);
+        visit(load->url.string().c_str());
+        setTitle("Page");
+    }
     void commit(char const* url)
     {
         currentUrl = Url::parse(url);
@@ -66,6 +91,10 @@ public:
         return navigationDelegate->decidePolicy(*this, action);
     }
 
+    struct Load {
+        Url url;
+        int position;
+    };
     platform::NavigationDelegate* navigationDelegate { nullptr };
     platform::UIDelegate* uiDelegate { nullptr };
     std::function<void()> onTitleChange;
@@ -75,8 +104,9 @@ public:
     std::optional<std::string> currentTitle;
     std::optional<platform::PageNotice> currentNotice;
     double zoom { 1.0 };
-    bool back { false };
-    bool forward { false };
+    std::optional<Load> pending;
+    std::vector<Url> history;
+    int position { -1 };
 };
 
 }

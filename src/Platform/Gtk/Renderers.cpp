@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
@@ -30,11 +31,9 @@ bool onlySoftwareGl()
     if (auto const* const forced = std::getenv("LIBGL_ALWAYS_SOFTWARE"); forced && *forced && *forced != '0')
         return true;
     std::error_code error;
-    for (auto const& node : std::filesystem::directory_iterator("/dev/dri", error)) {
-        if (node.path().filename().string().starts_with("renderD"))
-            return false;
-    }
-    return true;
+    std::filesystem::directory_iterator const nodes("/dev/dri", error);
+    return std::none_of(begin(nodes), end(nodes),
+        [](auto const& node) { return node.path().filename().string().starts_with("renderD"); });
 }
 
 }

@@ -45,10 +45,8 @@ void preferUserLanguages(WebKitWebContext* context)
     }
     if (tags.empty())
         tags.emplace_back("en-US");
-    std::vector<char const*> pointers;
-    for (auto const& tag : tags)
-        pointers.push_back(tag.c_str());
-    pointers.push_back(nullptr);
+    std::vector<char const*> pointers(tags.size() + 1);
+    std::ranges::transform(tags, pointers.begin(), &std::string::c_str);
     webkit_web_context_set_preferred_languages(context, pointers.data());
 }
 
