@@ -10,12 +10,12 @@
 namespace tarn::test {
 
 // What the core relies on in a web view. It runs on the fake and on the real one, so that the fake cannot drift.
-// A harness makes a view on a store, serves three pages of https://keep.google.com, and lets time pass:
+// A harness makes a view on a store, serves numbered pages, and lets time pass:
 //   platform::WebView& view();
 //   void settle();      until nothing loads any more
 //   void crash();       ends the page's process
 //   static Url page(int number);
-template<typename Harness> class WebViewContract : public testing::Test, protected platform::NavigationDelegate {
+template <typename Harness> class WebViewContract : public testing::Test, protected platform::NavigationDelegate {
 protected:
     WebViewContract()
     {

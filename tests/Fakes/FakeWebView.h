@@ -42,7 +42,10 @@ public:
     }
     bool canGoBack() const override { return position > 0; }
     bool canGoForward() const override { return position + 1 < static_cast<int>(history.size()); }
-    std::optional<Url> url() const override { return currentUrl; }
+    std::optional<Url> url() const override
+    {
+        return !currentUrl && pending ? std::optional(pending->url) : currentUrl;
+    }
     std::optional<std::string> title() const override { return currentTitle; }
     double pageZoom() const override { return zoom; }
     void setPageZoom(double factor) override { zoom = factor; }
@@ -55,9 +58,7 @@ public:
     void arrive()
     {
         auto const load = std::exchange(pending, std::nullopt);
-        if (!load
-            || navigationDelegate->decidePolicy(*this, { .url = load->url.string() })
-                == platform::NavigationPolicy::cancel)
+        if (!load || decide({ .url = load->url.string() }) == platform::NavigationPolicy::cancel)
             return;
         position = load->position;
         history.resize(std::max(history.size(), static_cast<std::size_t>(position) + 1), load->url);

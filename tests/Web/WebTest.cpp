@@ -52,7 +52,7 @@ WebTest::~WebTest()
         terminate();
 }
 
-void WebTest::launch()
+void WebTest::startEngine()
 {
     engine = std::make_unique<gtk::WebEngine>(
         gtk::WebEngine::Folders { .data = folder.path() / "data", .cache = folder.path() / "cache" },
@@ -63,6 +63,11 @@ void WebTest::launch()
             webkit_network_proxy_settings_free(proxy);
             webkit_network_session_set_tls_errors_policy(session, WEBKIT_TLS_ERRORS_POLICY_IGNORE);
         });
+}
+
+void WebTest::launch()
+{
+    startEngine();
     delegate = std::make_unique<AppDelegate>(AppEnvironment {
         .applicationSupport = folder.path(),
         .store = { .now = [] { return std::chrono::system_clock::now(); },

@@ -25,6 +25,8 @@ protected:
     explicit WebTest(stage::SignIn = stage::SignIn::automatic);
     ~WebTest() override;
 
+    // The engine alone; launch() starts it too.
+    void startEngine();
     // The application from its launch to its orderly end. A later launch finds what the earlier one left.
     void launch();
     void terminate();
