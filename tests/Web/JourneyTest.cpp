@@ -1,7 +1,9 @@
 #include "Web/WebTest.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <fstream>
 
 namespace tarn {
 namespace {
@@ -173,6 +175,50 @@ TEST_F(JourneyTest, AKilledWebProcessComesBack)
     EXPECT_EQ(requestCount("mail.google.com", "/"), loads);
     press("Return");
     waitUntil([&] { return requestCount("mail.google.com", "/") > loads; }, "the notice's button");
+    waitForPage(GoogleApp::mail);
+    EXPECT_EQ(stack.get_visible_child_name(), "page");
+}
+
+// A machine on which the engine's sandbox cannot start, until it can.
+class NoSandboxTest : public test::WebTest {
+protected:
+    NoSandboxTest()
+    {
+        auto const program = folder / "bwrap";
+        std::ofstream(program) << "#!/bin/sh\necho 'bwrap: no namespaces here' >&2\nexit 1\n";
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        setenv("PATH", (folder.path().string() + ":" + m_path).c_str(), 1);
+        unsetenv(offSwitch);
+        brokenSandbox.emplace();
+    }
+    ~NoSandboxTest() override { allow(); }
+
+    void allow()
+    {
+        setenv("PATH", m_path.c_str(), 1);
+        if (m_off)
+            setenv(offSwitch, "1", 1);
+    }
+    bool canBeAllowed() const { return !m_off; }
+
+    std::optional<gtk::Sandbox> brokenSandbox;
+
+private:
+    static constexpr char const* offSwitch = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
+    std::string m_path { getenv("PATH") };
+    bool m_off { getenv(offSwitch) != nullptr };
+};
+
+TEST_F(NoSandboxTest, SaysWhatIsMissingInsteadOfShowingBlankPages)
+{
+    launch(*brokenSandbox);
+    auto& stack = static_cast<Gtk::Stack&>(view(GoogleApp::mail).widget());
+    waitUntil([&] { return stack.get_visible_child_name() == "notice" && window().is_active(); }, "notice");
+    EXPECT_TRUE(stage.requests().empty()) << "no page ran outside a sandbox";
+    if (!canBeAllowed())
+        GTEST_SKIP() << "this machine has no namespaces to allow";
+    allow();
+    press("Return");
     waitForPage(GoogleApp::mail);
     EXPECT_EQ(stack.get_visible_child_name(), "page");
 }

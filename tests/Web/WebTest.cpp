@@ -52,10 +52,10 @@ WebTest::~WebTest()
         terminate();
 }
 
-void WebTest::startEngine()
+void WebTest::startEngine(gtk::Sandbox& pageSandbox)
 {
     engine = std::make_unique<gtk::WebEngine>(
-        gtk::WebEngine::Folders { .data = folder.path() / "data", .cache = folder.path() / "cache" },
+        gtk::WebEngine::Folders { .data = folder.path() / "data", .cache = folder.path() / "cache" }, pageSandbox,
         [this](std::string const& line) { log.push_back(line); },
         [this](WebKitNetworkSession* session) {
             auto* const proxy = webkit_network_proxy_settings_new(stage.proxyUri().c_str(), nullptr);
@@ -65,9 +65,9 @@ void WebTest::startEngine()
         });
 }
 
-void WebTest::launch()
+void WebTest::launch(gtk::Sandbox& pageSandbox)
 {
-    startEngine();
+    startEngine(pageSandbox);
     delegate = std::make_unique<AppDelegate>(AppEnvironment {
         .applicationSupport = folder.path(),
         .store = { .now = [] { return std::chrono::system_clock::now(); },

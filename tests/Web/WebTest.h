@@ -26,9 +26,10 @@ protected:
     ~WebTest() override;
 
     // The engine alone; launch() starts it too.
-    void startEngine();
+    void startEngine(gtk::Sandbox&);
     // The application from its launch to its orderly end. A later launch finds what the earlier one left.
-    void launch();
+    void launch() { launch(sandbox); }
+    void launch(gtk::Sandbox&);
     void terminate();
 
     MainWindowController& controller() { return delegate->mainWindow(); }
@@ -65,6 +66,7 @@ protected:
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;
     std::vector<std::string> log;
+    gtk::Sandbox sandbox;
     std::unique_ptr<gtk::WebEngine> engine;
     std::unique_ptr<AppDelegate> delegate;
 

@@ -10,7 +10,7 @@ class EngineHarness : public WebTest {
 public:
     EngineHarness()
     {
-        startEngine();
+        startEngine(sandbox);
         platform::WebViewConfiguration configuration;
         configuration.dataStore = engine->dataStore(Uuid::random());
         m_view = engine->makeWebView(configuration);

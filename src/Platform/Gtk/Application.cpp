@@ -30,7 +30,7 @@ struct Application::Ports {
         , dockTile(application.get_dbus_connection(), options.applicationId)
         , engine(
               { .data = options.data / "Tarn" / "v2" / "WebsiteData", .cache = options.cache / "Tarn" / "WebsiteData" },
-              logToSystem, options.sessionSetUp)
+              application.m_sandbox, logToSystem, options.sessionSetUp)
     {
     }
 

@@ -43,6 +43,8 @@ private:
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
 
     Options m_options;
+    // Tried while the toolkit starts.
+    Sandbox m_sandbox;
     std::unique_ptr<Ports> m_ports;
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<platform::Timer> m_farewell;

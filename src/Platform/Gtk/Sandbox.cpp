@@ -1,8 +1,7 @@
 #include "Platform/Gtk/Sandbox.h"
 
-#include "Platform/Gtk/Ref.h"
-
-#include <gio/gio.h>
+#include <cstdlib>
+#include <utility>
 
 namespace tarn::gtk {
 
@@ -21,8 +20,36 @@ std::string explanation(std::string reason)
 
 }
 
-void Sandbox::probe(std::function<void(std::optional<std::string>)> completion)
+Sandbox::Sandbox()
+    : m_cancellable(adopt(g_cancellable_new()))
 {
+    // The engine's own switch, for tests in places that have no namespaces. Nothing of Tarn ever sets it.
+    if (auto const* const off = std::getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"); off && *off == '1')
+        m_state = State::works;
+    else
+        start();
+}
+
+Sandbox::~Sandbox()
+{
+    g_cancellable_cancel(m_cancellable.get());
+}
+
+void Sandbox::whenKnown(std::function<void(Problem const&)> completion)
+{
+    if (m_state == State::works) {
+        completion(std::nullopt);
+        return;
+    }
+    m_waiting.push_back(std::move(completion));
+    // The user may have allowed it meanwhile.
+    if (m_state == State::fails)
+        start();
+}
+
+void Sandbox::start()
+{
+    m_state = State::trying;
     GError* error = nullptr;
     // What the engine asks for, less the details of its file system.
     auto const process
@@ -30,24 +57,34 @@ void Sandbox::probe(std::function<void(std::optional<std::string>)> completion)
             &error, "bwrap", "--die-with-parent", "--unshare-pid", "--unshare-uts", "--ro-bind", "/", "/", "--dev",
             "/dev", "--proc", "/proc", "true", nullptr));
     if (!process) {
-        completion(explanation(error->message));
+        finish(explanation(error->message));
         g_error_free(error);
         return;
     }
     g_subprocess_communicate_utf8_async(
-        process.get(), nullptr, nullptr,
-        [](GObject* object, GAsyncResult* result, gpointer data) {
-            std::unique_ptr<std::function<void(std::optional<std::string>)>> const done(
-                static_cast<std::function<void(std::optional<std::string>)>*>(data));
+        process.get(), nullptr, m_cancellable.get(),
+        [](GObject* object, GAsyncResult* result, gpointer self) {
             g_autofree char* output = nullptr;
-            auto* const finished = G_SUBPROCESS(object);
-            bool const read = g_subprocess_communicate_utf8_finish(finished, result, nullptr, &output, nullptr);
-            if (read && g_subprocess_get_successful(finished))
-                (*done)(std::nullopt);
+            GError* failure = nullptr;
+            auto* const tried = G_SUBPROCESS(object);
+            bool const read = g_subprocess_communicate_utf8_finish(tried, result, nullptr, &output, &failure);
+            bool const cancelled = g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED);
+            g_clear_error(&failure);
+            if (cancelled)
+                return;
+            if (read && g_subprocess_get_successful(tried))
+                static_cast<Sandbox*>(self)->finish(std::nullopt);
             else
-                (*done)(explanation(read && output && *output ? output : "bwrap did not run"));
+                static_cast<Sandbox*>(self)->finish(explanation(read && *output ? output : "bwrap did not run"));
         },
-        new std::function(std::move(completion)));
+        this);
+}
+
+void Sandbox::finish(Problem problem)
+{
+    m_state = problem ? State::fails : State::works;
+    for (auto const& completion : std::exchange(m_waiting, {}))
+        completion(problem);
 }
 
 }

@@ -1,26 +1,41 @@
 #pragma once
 
+#include "Platform/Gtk/Ref.h"
+
+#include <gio/gio.h>
+
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tarn::gtk {
 
-// The sandbox in which the engine runs each page. It needs namespaces, which some containers and hardened systems deny;
-// the engine then only reports that the page's process is gone, again and again.
+// The sandbox in which the engine runs each page. It needs namespaces, which some containers and hardened systems deny.
+// The engine ends the whole program when it cannot start one: so it is tried first, around an empty program, beside the
+// rest of the start.
 class Sandbox {
 public:
-    // A page's process has done something: the sandbox works, and nothing needs to be tried.
-    void didWork() { m_works = true; }
-    bool works() const { return m_works; }
+    // What is missing and how to allow it; nothing when the sandbox starts.
+    using Problem = std::optional<std::string>;
 
-    // Starts the sandbox once around an empty program. The completion gets what is missing and how to allow it, or
-    // nothing when it starts. Asynchronous.
-    static void probe(std::function<void(std::optional<std::string>)> completion);
+    // Starts to try.
+    Sandbox();
+    ~Sandbox();
+    Sandbox(Sandbox const&) = delete;
+    Sandbox& operator=(Sandbox const&) = delete;
+
+    // At once when the sandbox is known to work; otherwise when it has been tried (again).
+    void whenKnown(std::function<void(Problem const&)>);
 
 private:
-    bool m_works { false };
+    void start();
+    void finish(Problem);
+
+    enum class State { trying, works, fails };
+    State m_state { State::trying };
+    Ref<GCancellable> m_cancellable;
+    std::vector<std::function<void(Problem const&)>> m_waiting;
 };
 
 }

@@ -92,7 +92,6 @@ SidebarView::SidebarView(tarn::SidebarView& sidebar, int width)
 
     auto* const stack = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, buttonSpacing);
     stack->set_margin_top(topMargin);
-    stack->set_margin_bottom(buttonSpacing);
     for (auto const& state : m_sidebar.appButtons()) {
         auto* const button = Gtk::make_managed<AppButton>(state.app);
         button->signal_clicked().connect([this, app = state.app] { m_sidebar.clickApp(app.rawValue()); });
@@ -103,6 +102,7 @@ SidebarView::SidebarView(tarn::SidebarView& sidebar, int width)
     auto* const scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
     scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::EXTERNAL);
     scroller->set_vexpand();
+    scroller->set_margin_bottom(buttonSpacing);
     scroller->set_child(*stack);
     append(*scroller);
 

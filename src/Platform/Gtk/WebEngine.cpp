@@ -52,8 +52,9 @@ void preferUserLanguages(WebKitWebContext* context)
 
 }
 
-WebEngine::WebEngine(Folders folders, Log log, SessionSetUp setUp)
+WebEngine::WebEngine(Folders folders, Sandbox& sandbox, Log log, SessionSetUp setUp)
     : m_folders(std::move(folders))
+    , m_sandbox(sandbox)
     , m_log(std::move(log))
     , m_setUp(std::move(setUp))
     , m_context(adopt(webkit_web_context_new()))

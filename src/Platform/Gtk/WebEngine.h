@@ -23,7 +23,8 @@ public:
     // the application itself passes nothing.
     using SessionSetUp = std::function<void(WebKitNetworkSession*)>;
 
-    WebEngine(Folders, Log, SessionSetUp = {});
+    // The sandbox outlives the engine.
+    WebEngine(Folders, Sandbox&, Log, SessionSetUp = {});
     ~WebEngine() override;
 
     std::shared_ptr<platform::WebsiteDataStore> dataStore(Uuid const&) override;
@@ -39,11 +40,11 @@ private:
     WebsiteFolders foldersOf(Uuid const&) const;
 
     Folders m_folders;
+    Sandbox& m_sandbox;
     Log m_log;
     SessionSetUp m_setUp;
     Ref<WebKitWebContext> m_context;
     MessageChannel m_channel;
-    Sandbox m_sandbox;
     std::map<Uuid, std::unique_ptr<Store>> m_stores;
 };
 

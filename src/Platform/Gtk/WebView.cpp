@@ -147,14 +147,16 @@ void WebView::load(platform::UrlRequest const& request)
     showNotice(std::nullopt);
     if (!m_url)
         m_url = request.url;
-    m_timeoutUrl = request.url.string();
-    m_timeout = m_runLoop.after(request.timeout, [this] {
-        if (!webkit_web_view_is_loading(m_view.get()))
-            return;
-        webkit_web_view_stop_loading(m_view.get());
-        fail(m_timeoutUrl, "The server did not answer.");
+    whenPagesCanRun([this, request] {
+        m_timeoutUrl = request.url.string();
+        m_timeout = m_runLoop.after(request.timeout, [this] {
+            if (!webkit_web_view_is_loading(m_view.get()))
+                return;
+            webkit_web_view_stop_loading(m_view.get());
+            fail(m_timeoutUrl, "The server did not answer.");
+        });
+        webkit_web_view_load_uri(m_view.get(), request.url.string().c_str());
     });
-    webkit_web_view_load_uri(m_view.get(), request.url.string().c_str());
 }
 
 void WebView::reload()
@@ -162,10 +164,21 @@ void WebView::reload()
     showNotice(std::nullopt);
     // A view whose process ended before its first page came has nothing to reload.
     auto* const history = webkit_web_view_get_back_forward_list(m_view.get());
-    if (webkit_back_forward_list_get_current_item(history) || !m_url)
-        webkit_web_view_reload(m_view.get());
+    if (!webkit_back_forward_list_get_current_item(history) && m_url)
+        load({ .url = *m_url });
     else
-        webkit_web_view_load_uri(m_view.get(), m_url->string().c_str());
+        webkit_web_view_reload(m_view.get());
+}
+
+void WebView::whenPagesCanRun(std::function<void()> function)
+{
+    m_sandbox.whenKnown(m_lifetime.guard([this, function = std::move(function)](Sandbox::Problem const& problem) {
+        if (!problem)
+            function();
+        else if (m_navigationDelegate)
+            m_navigationDelegate->webContentProcessDidTerminate(
+                *this, { .reason = platform::ProcessTermination::Reason::cannotStart, .explanation = *problem });
+    }));
 }
 
 std::optional<std::string> WebView::title() const
@@ -233,7 +246,6 @@ void WebView::loadChanged(WebKitLoadEvent event)
     case WEBKIT_LOAD_REDIRECTED:
         break;
     case WEBKIT_LOAD_COMMITTED:
-        m_sandbox.didWork();
         m_timeout.reset();
         urlChanged();
         showNotice(std::nullopt);
@@ -256,26 +268,12 @@ void WebView::fail(std::string const& url, std::string const& reason)
 
 void WebView::processTerminated(WebKitWebProcessTerminationReason reason)
 {
-    using platform::ProcessTermination;
+    using Reason = platform::ProcessTermination::Reason;
     m_timeout.reset();
-    auto const report = [this](ProcessTermination const& termination) {
-        if (m_navigationDelegate)
-            m_navigationDelegate->webContentProcessDidTerminate(*this, termination);
-    };
-    auto const kind = reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT
-        ? ProcessTermination::Reason::exceededMemoryLimit
-        : ProcessTermination::Reason::crashed;
-    if (m_sandbox.works()) {
-        report({ .reason = kind });
-        return;
-    }
-    // No page has run yet: perhaps none can.
-    Sandbox::probe(m_lifetime.guard([report, kind](std::optional<std::string> problem) {
-        if (problem)
-            report({ .reason = ProcessTermination::Reason::cannotStart, .explanation = *problem });
-        else
-            report({ .reason = kind });
-    }));
+    if (m_navigationDelegate)
+        m_navigationDelegate->webContentProcessDidTerminate(*this,
+            { .reason
+                = reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT ? Reason::exceededMemoryLimit : Reason::crashed });
 }
 
 void WebView::urlChanged()

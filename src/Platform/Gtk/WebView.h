@@ -51,6 +51,7 @@ private:
     void fail(std::string const& url, std::string const& reason);
     void processTerminated(WebKitWebProcessTerminationReason);
     void urlChanged();
+    void whenPagesCanRun(std::function<void()>);
 
     MessageChannel& m_channel;
     Sandbox& m_sandbox;
