@@ -4,33 +4,11 @@
 #include "Platform/Gtk/WebView.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 #include <vector>
 
 namespace tarn::gtk {
 
 namespace {
-
-// The engine's network process closes a session some time after its last view has gone, and puts folders back while it
-// does. It has no word for when it is done: what counts is that nothing comes back. Blocks; not for the main thread.
-std::optional<std::string> removeFolders(WebsiteFolders const& folders)
-{
-    constexpr int attempts = 10;
-    constexpr std::chrono::milliseconds pause { 300 };
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        for (auto const& folder : { folders.data, folders.cache }) {
-            std::error_code error;
-            std::filesystem::remove_all(folder, error);
-            if (error)
-                return error.message();
-        }
-        std::this_thread::sleep_for(pause);
-        if (!std::filesystem::exists(folders.data) && !std::filesystem::exists(folders.cache))
-            return std::nullopt;
-    }
-    return "the web engine keeps writing website data";
-}
 
 // The languages of the user's locale, most wanted first, as web pages name them.
 void preferUserLanguages(WebKitWebContext* context)
@@ -63,11 +41,7 @@ WebEngine::WebEngine(Folders folders, Sandbox& sandbox, Log log, SessionSetUp se
     preferUserLanguages(m_context.get());
 }
 
-WebEngine::~WebEngine()
-{
-    for (auto const& [id, store] : m_stores)
-        g_weak_ref_clear(&store->session);
-}
+WebEngine::~WebEngine() = default;
 
 WebsiteFolders WebEngine::foldersOf(Uuid const& id) const
 {
@@ -77,38 +51,32 @@ WebsiteFolders WebEngine::foldersOf(Uuid const& id) const
 std::shared_ptr<platform::WebsiteDataStore> WebEngine::dataStore(Uuid const& id)
 {
     auto& entry = m_stores[id];
-    if (entry) {
-        if (auto existing = entry->store.lock())
-            return existing;
-        g_weak_ref_clear(&entry->session);
+    auto store = entry.lock();
+    if (!store) {
+        store = std::make_shared<WebsiteDataStore>(id, foldersOf(id), m_log);
+        entry = store;
+        if (m_setUp)
+            m_setUp(store->session());
     }
-    auto store = std::make_shared<WebsiteDataStore>(id, foldersOf(id), m_log);
-    if (m_setUp)
-        m_setUp(store->session());
-    entry = std::make_unique<Store>();
-    entry->store = store;
-    g_weak_ref_init(&entry->session, store->session());
     return store;
 }
 
 void WebEngine::removeDataStore(Uuid const& id, std::function<void(std::optional<std::string>)> completion)
 {
-    bool inUse = false;
-    if (auto const entry = m_stores.find(id); entry != m_stores.end()) {
-        auto const session = Ref<GObject>::adopt(static_cast<GObject*>(g_weak_ref_get(&entry->second->session)));
-        inUse = static_cast<bool>(session);
-        if (!inUse) {
-            g_weak_ref_clear(&entry->second->session);
-            m_stores.erase(entry);
-        }
+    if (auto const store = m_stores.find(id); store != m_stores.end() && !store->second.expired()) {
+        m_runLoop.post(
+            m_lifetime.guard([completion = std::move(completion)] { completion("the website data is still in use"); }));
+        return;
     }
-    runInBackground<std::optional<std::string>>(
-        [inUse, folders = foldersOf(id)]() -> std::optional<std::string> {
-            if (inUse)
-                return "the website data is still in use";
-            return removeFolders(folders);
-        },
-        std::move(completion));
+    m_stores.erase(id);
+    runInBackground<std::optional<std::string>>([folders = foldersOf(id)] { return RemovedFolders::remove(folders); },
+        m_lifetime.guard(
+            [this, folders = foldersOf(id), completion = std::move(completion)](std::optional<std::string> error) {
+                auto const removed = m_removed.emplace(m_removed.end(), folders);
+                removed->setTimer(
+                    m_runLoop.after(RemovedFolders::guardTime, [this, removed] { m_removed.erase(removed); }));
+                completion(std::move(error));
+            }));
 }
 
 std::unique_ptr<platform::WebView> WebEngine::makeWebView(platform::WebViewConfiguration const& configuration)

@@ -1,13 +1,17 @@
 #pragma once
 
 #include "Platform/Gtk/MessageChannel.h"
+#include "Platform/Gtk/RemovedFolders.h"
+#include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/Sandbox.h"
 #include "Platform/Gtk/WebsiteDataStore.h"
 #include "Platform/WebEngine.h"
+#include "Support/Lifetime.h"
 #include "Support/Log.h"
 
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <map>
 
 namespace tarn::gtk {
@@ -32,11 +36,6 @@ public:
     std::unique_ptr<platform::WebView> makeWebView(platform::WebViewConfiguration const&) override;
 
 private:
-    struct Store {
-        std::weak_ptr<WebsiteDataStore> store;
-        // A view keeps its session alive even when the store is gone.
-        GWeakRef session;
-    };
     WebsiteFolders foldersOf(Uuid const&) const;
 
     Folders m_folders;
@@ -45,7 +44,10 @@ private:
     SessionSetUp m_setUp;
     Ref<WebKitWebContext> m_context;
     MessageChannel m_channel;
-    std::map<Uuid, std::unique_ptr<Store>> m_stores;
+    std::map<Uuid, std::weak_ptr<WebsiteDataStore>> m_stores;
+    std::list<RemovedFolders> m_removed;
+    RunLoop m_runLoop;
+    Lifetime m_lifetime;
 };
 
 }

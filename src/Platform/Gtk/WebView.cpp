@@ -81,7 +81,8 @@ bool isChannelAddress(std::string const& url)
 
 WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebContext* context,
     MessageChannel& channel, Sandbox& sandbox)
-    : m_channel(channel)
+    : m_dataStore(configuration.dataStore)
+    , m_channel(channel)
     , m_sandbox(sandbox)
     , m_view(makeView(configuration, context, channel))
     , m_onDecidePolicy(

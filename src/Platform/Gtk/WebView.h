@@ -53,6 +53,8 @@ private:
     void urlChanged();
     void whenPagesCanRun(std::function<void()>);
 
+    // A store is in use as long as a view of it is there.
+    std::shared_ptr<platform::WebsiteDataStore> m_dataStore;
     MessageChannel& m_channel;
     Sandbox& m_sandbox;
     RunLoop m_runLoop;
