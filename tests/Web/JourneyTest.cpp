@@ -279,6 +279,11 @@ TEST_F(JourneyTest, TheProfileMenuSwitchesByMouse)
     waitUntil([&] { return profiles().activeID() == work; }, "second profile");
     waitUntil([&] { return dockTile.badge == 12; }, "Bo");
     waitUntil([&] { return !controller().sidebar().profileButton().isMenuOpen; }, "closed menu");
+
+    // And back from the menu bar, whose menu is rebuilt by its own item.
+    auto const profilesMenu = Glib::ustring("menu-3");
+    window().activate_action(profilesMenu + ".run", Glib::Variant<gint32>::create(0));
+    waitUntil([&] { return dockTile.badge == 3; }, "Ada again");
 }
 
 TEST_F(JourneyTest, ThePromotionCardIsDeclined)

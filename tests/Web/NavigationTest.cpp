@@ -79,6 +79,21 @@ TEST_F(NavigationTest, LinksInFramesAreNeverRouted)
     }
 }
 
+TEST_F(NavigationTest, ClicksThatAScriptMakesCountLikeTheUsers)
+{
+    evaluate(mail(), "document.querySelector('#frame-same').contentDocument.querySelector('#frame-link').click()");
+    waitUntil([&] { return requestCount("news.example", "/story") == 1; }, "page in the frame");
+    EXPECT_THAT(workspace.opened, IsEmpty());
+    for (auto const* const link : { "document.querySelector('#link-foreign')",
+             "Object.assign(document.createElement('a'), { href: 'https://news.example/story' })" }) {
+        SCOPED_TRACE(link);
+        workspace.opened.clear();
+        evaluate(mail(), std::string(link) + ".click()");
+        waitUntil([&] { return opened("https://news.example/story"); }, "browser");
+    }
+    EXPECT_EQ(requestCount("news.example", "/story"), 1);
+}
+
 TEST_F(NavigationTest, AScriptMayLeadThePageAnywhereOnTheWebOnly)
 {
     // A script that the application runs counts as a gesture; the engine lets it last for a second.
@@ -113,6 +128,8 @@ TEST_F(NavigationTest, CommandsMoveThroughTheHistory)
     waitUntil([&] { return mail().url()->string() != first && enabled("go-back"); }, "second page");
     press("ctrl+bracketleft");
     waitUntil([&] { return mail().url()->string() == first && enabled("go-forward"); }, "first page again");
+    // The engine forgets a step that is asked for while the one before is under way.
+    waitForPage(GoogleApp::mail);
     press("ctrl+bracketright");
     waitUntil([&] { return mail().url()->string() != first && !enabled("go-forward"); }, "second page again");
 }

@@ -9,7 +9,7 @@
 
 namespace tarn::gtk {
 
-// Knows, for one view, in which frame the user activated a link last.
+// Knows, for one view, in which frame a link was activated last.
 class ClickWatch {
 public:
     static std::string_view script();

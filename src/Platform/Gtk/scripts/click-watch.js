@@ -1,9 +1,9 @@
-// Reports each activation of a link by the user, before the engine asks where it may go: the engine's own question does
-// not say from which frame it comes. Runs in Tarn's script world, in every frame.
+// Reports each click before the engine asks where its link may go: the engine's own question does not say from which
+// frame it comes. Clicks that a script makes lead somewhere too. Runs in Tarn's script world, in every frame.
 (send) => {
   let sequence = 0;
   const report = (event) => {
-    if (!event.isTrusted || (event.type === "auxclick" && event.button !== 1)) return;
+    if (event.type === "auxclick" && event.button !== 1) return;
     const link = event.composedPath().find((node) => node.localName === "a" || node.localName === "area");
     const own = ++sequence;
     const target = link ? String(link.getAttribute("target") ?? "").toLowerCase() : "";
