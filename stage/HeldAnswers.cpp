@@ -47,7 +47,7 @@ HeldAnswers::Held& HeldAnswers::hold(SoupServerMessage* message)
     auto& held = m_held.emplace_back();
     held.owner = this;
     held.self = std::prev(m_held.end());
-    held.message = Ref<SoupServerMessage>::share(message);
+    held.message = gtk::share(message);
     g_signal_connect(message, "finished", G_CALLBACK(+[](SoupServerMessage*, gpointer data) {
         auto& finished = *static_cast<Held*>(data);
         finished.owner->forget(finished);

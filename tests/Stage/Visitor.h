@@ -58,7 +58,7 @@ private:
         soup_session_send_and_read_async(
             m_session.get(), message.get(), G_PRIORITY_DEFAULT, nullptr,
             [](GObject*, GAsyncResult* done, gpointer place) {
-                *static_cast<Ref<GAsyncResult>*>(place) = Ref<GAsyncResult>::share(done);
+                *static_cast<Ref<GAsyncResult>*>(place) = gtk::share(done);
             },
             &result);
         while (!result.get())
