@@ -7,6 +7,14 @@
     return field ? { field: field.id, length: field.value.length, text: field.value.slice(0, 200) } : null;
   }
 
+  // Where the named things are, so that a hand from outside can point at them.
+  function places() {
+    return Object.fromEntries([...document.querySelectorAll('[id]')].map((thing) => {
+      const { left, top, width, height } = thing.getBoundingClientRect();
+      return [thing.id, [left, top, width, height].map(Math.round)];
+    }));
+  }
+
   function report(event, more = {}) {
     const state = {
       event,
@@ -26,7 +34,8 @@
   addEventListener('focus', () => report('focus'));
   addEventListener('blur', () => report('blur'));
   addEventListener('pagehide', () => report('pagehide'));
-  if (document.readyState === 'complete') report('loaded');
-  else addEventListener('load', () => report('loaded'));
+  const loaded = () => report('loaded', { places: places() });
+  if (document.readyState === 'complete') loaded();
+  else addEventListener('load', loaded);
   self.stageReport = report;
 })();
