@@ -1,0 +1,304 @@
+"""A guided tour of the demo: it drives the real program with mouse and keys, and looks at each step whether it came
+true. Usage: tour.py DEMO OUTPUT, on a desktop of its own."""
+
+import shutil
+import sys
+import traceback
+from pathlib import Path
+
+from demo import APPLICATION_ID
+from desktop import Rect
+from visitor import APPS, Visitor
+from waiting import NotTrue, expect
+
+FIRST, SECOND = "Personal", "Work"
+NEWS = "https://news.example/story"
+OUR_FILES = ("[0-9][0-9]-*.png", "failed.png", "tarn-demo.log", "requests.jsonl")
+
+
+class Report:
+    def __init__(self, output):
+        self.output = output
+        self.steps = 0
+        self.pictures = 0
+
+    def step(self, title):
+        self.steps += 1
+        self._say(f"{self.steps}. {title}")
+
+    def did(self, text):
+        self._say(f"   did: {text}")
+
+    def saw(self, text):
+        self._say(f"   saw: {text}")
+
+    def picture(self, picture, name):
+        self.pictures += 1
+        file = self.output / f"{self.pictures:02}-{name}.png"
+        picture.save(file)
+        self._say(f"   screenshot: {file}")
+
+    def _say(self, line):
+        print(line, flush=True)
+
+
+class Tour(Visitor):
+    def __init__(self, program, output, report):
+        super().__init__(program, output)
+        self.program = program
+        self.report = report
+
+    def photograph(self, name, rect=None):
+        self.report.picture(self.settled_picture(rect or self.inside()), name)
+
+    # Steps
+
+    def see_inbox(self, unread):
+        address = self.see_mail(unread)
+        self.report.saw(f"Mail for {address}; {unread} unread: a red dot on Mail, {unread} on the dock's badge")
+
+    def opens(self):
+        window = self.start("ada")
+        self.report.did(f"started {self.program}")
+        self.report.saw(f'a window "{window.title}", {window.rect.width} x {window.rect.height}')
+        self.see_inbox(3)
+        names = [button.name for button in self.buttons()]
+        expect(tuple(names[: len(APPS)]) == APPS, f"not the seven apps in the sidebar, but {', '.join(names)}")
+        self.report.saw(f"in the sidebar: {', '.join(APPS)}")
+        self.wait(lambda: self.beacons("Mail", "promotion-dismissed"), "the offer of another browser to be declined")
+        self.report.saw("the page's offer to switch to another browser declined without a question")
+        self.photograph("mail")
+
+    def reads(self):
+        self.click_in_page(self.beacons("Mail", "loaded")[-1], "main", down=70)
+        self.report.did("clicked on the first conversation")
+        self.see_inbox(2)
+        self.photograph("conversation")
+        self.press("ctrl+bracketleft")
+        self.wait(lambda: "go-forward" in self.demo.commands()[0], "a way forward after going back")
+        self.report.did("pressed Ctrl+[")
+        self.report.saw("back in the inbox, and Forward to be had in the View menu")
+
+    def clicks_calendar(self):
+        self.click_on("button", "Calendar")
+        self.report.did("clicked on Calendar in the sidebar")
+        self.see_app("Calendar")
+        self.report.saw("the page of Calendar, signed in without a question")
+        self.photograph("calendar")
+
+    def presses_drive(self):
+        self.press("ctrl+3")
+        self.report.did("pressed Ctrl+3")
+        self.see_app("Drive")
+        self.report.saw("the page of Drive")
+        self.photograph("drive")
+
+    def opens_menu(self):
+        self.click_on("menu item", "View")
+        menu = self.wait(self.open_menu, "an open menu")
+        self.report.did("clicked on View in the menu bar")
+        expect(tuple(menu)[: len(APPS)] == APPS, f"not the seven apps in the menu, but {', '.join(menu)}")
+        self.report.saw(f"a menu: {', '.join(menu)}")
+        self.photograph("view-menu")
+        self.choose("Keep")
+        self.report.did("chose Keep")
+        self.see_app("Keep")
+        self.report.saw("the page of Keep")
+
+    def keeps_draft(self):
+        before, after = "Ask Ines about the 14th, and bring", " the red torch"
+        loads = self.loads("Keep")
+        self.click_in_page(self.beacons("Keep", "loaded")[-1], "note")
+        self.desktop.type(before)
+        self.report.did(f'typed "{before}" into a note')
+        self.press("ctrl+1")
+        self.see_app("Mail")
+        self.press("ctrl+5")
+        self.see_app("Keep")
+        self.report.did("pressed Ctrl+1, and in Mail Ctrl+5")
+        draft = lambda text: lambda: any(beacon["draft"]["text"] == text for beacon in self.beacons("Keep"))
+        self.wait(draft(before), "the note with its text")
+        self.ready()
+        self.desktop.type(after)
+        self.report.did("typed on where the caret was, and changed to Mail and back once more")
+        self.press("ctrl+1")
+        self.wait(draft(before + after), "the note with all of its text")
+        self.press("ctrl+5")
+        self.see_app("Keep")
+        expect(self.loads("Keep") == loads, "the page was loaded again")
+        self.report.saw(f'"{before}{after}" in the note, and no second request for the page')
+        self.photograph("draft")
+
+    def visits_all(self):
+        for app in ("Gemini", "Tasks", "Contacts"):
+            key = APPS.index(app) + 1
+            self.press(f"ctrl+{key}")
+            self.see_app(app)
+            self.report.did(f"pressed Ctrl+{key}")
+            self.report.saw(f"the page of {app}")
+            self.photograph(app.lower())
+        loads = {app: self.loads(app) for app in APPS}
+        expect(all(count == 1 for count in loads.values()), f"not each app loaded once: {loads}")
+        self.report.saw("all seven apps loaded, each of them once")
+        self.press("ctrl+1")
+        self.see_app("Mail")
+
+    def changes_profile(self):
+        menu = self.open_profile_menu("bo")
+        self.report.did("clicked on the profile button")
+        self.report.saw(f"a menu: {', '.join(menu)}")
+        # It sticks out into the frame.
+        self.photograph("profile-menu", self.window().rect)
+        self.choose(SECOND)
+        self.report.did(f"chose {SECOND}")
+        self.see_inbox(12)
+        self.photograph("second-profile")
+
+    def changes_back(self):
+        before = len(self.demo.sign_ins())
+        self.open_profile_menu("ada")
+        self.choose(FIRST)
+        self.report.did(f"clicked on the profile button and chose {FIRST}")
+        self.see_inbox(2)
+        expect(len(self.demo.sign_ins()) == before, "a sign-in was asked for again")
+        self.report.saw("no new sign-in")
+
+    def hands_over_links(self):
+        loaded = self.beacons("Mail", "loaded")[-1]
+        for what, link, key in (
+            ("clicked with Ctrl on a link to another site", "link-foreign", "ctrl"),
+            ("clicked on it without Ctrl", "link-foreign", None),
+            ("clicked on a link that wraps the same address", "link-wrapped", None),
+        ):
+            before = len(self.demo.handed_over())
+            self.click_in_page(loaded, link, key)
+            self.report.did(what)
+            self.wait(lambda: len(self.demo.handed_over()) > before, "the default browser to be asked")
+            given = self.demo.handed_over()[before:]
+            expect(given == [NEWS], f"the default browser was given {given}")
+            self.report.saw(f"the default browser was given {NEWS}")
+        asked = any(entry["host"] == "news.example" for entry in self.demo.requests())
+        expect(self.shows("Mail") and not asked, "Mail was not left alone")
+        self.report.saw("Mail still in its place, and nothing asked of news.example by Tarn itself")
+
+    def recovers(self):
+        self.press("ctrl+5")
+        self.see_app("Keep")
+        loads = {app: self.loads(app) for app in ("Mail", "Keep")}
+        killed = self.demo.kill_web_processes()
+        expect(killed, "there was no web process to kill")
+        self.report.did(f"killed all web processes ({len(killed)}) with SIGKILL, Keep in the window")
+        for app, count in loads.items():
+            self.wait(lambda: self.loads(app) > count, f"a new request for the page of {app}")
+            self.wait(lambda: len(self.beacons(app, "loaded")) > count, f"the page of {app} to come back")
+        self.see_app("Keep")
+        expect(not killed & self.demo.web_processes(), "a killed process is still there")
+        self.report.saw("Keep and Mail loaded again by themselves, in new processes")
+        self.photograph("recovered")
+
+    def closes_and_opens(self):
+        self.click_on("button", "Close")
+        self.report.did("clicked on the window's close button")
+        self.wait(lambda: not self.desktop.windows(APPLICATION_ID), "no window")
+        self.report.saw("no window, and the program still running")
+        status = self.demo.start_again()
+        expect(status == 0, f"the second start ended with {status}")
+        self.report.did("started the program a second time")
+        self.wait(self.window, "the window")
+        loads = self.loads("Mail")
+        self.press("ctrl+1")
+        self.see_app("Mail")
+        expect(self.loads("Mail") == loads, "the page was loaded again")
+        self.report.saw("the second start ended at once; the window is back, and Ctrl+1 shows Mail without loading it")
+
+    def restarts(self):
+        size = (1400, 1000)
+        self.desktop.resize(self.window(), *size)
+        self.wait(lambda: self.window().rect[2:] == size, "the new size")
+        self.quit()
+        self.report.did("made the window 1400 x 1000, and pressed Ctrl+Q")
+        self.start("ada")
+        self.report.did("started the program")
+        self.wait(lambda: self.window().rect[2:] == size, "a window of the same size")
+        self.report.saw("a window of 1400 x 1000")
+        self.see_inbox(3)
+        self.open_profile_menu("bo")
+        self.choose(SECOND)
+        self.report.did(f"chose {SECOND} in the profile menu")
+        self.see_inbox(12)
+        expect(not self.demo.sign_ins(), "a sign-in was asked for again")
+        self.report.saw("both still signed in: nothing asked for a sign-in")
+
+    def turns_dark(self):
+        self.quit()
+        self.scheme = "dark"
+        self.start("bo", ADW_DEBUG_COLOR_SCHEME="prefer-dark")
+        self.report.did("pressed Ctrl+Q and started the program where the desktop prefers dark")
+        self.see_inbox(12)
+        inside = self.inside()
+        x, y = inside.x + 4, inside.y + inside.height // 2
+        sidebar = self.desktop.picture(Rect(x, y, 1, 1)).colour(x, y)
+        expect(max(sidebar) < 80, f"the sidebar is not dark, but {sidebar}")
+        self.report.saw("a dark sidebar, and pages in their dark colours")
+        self.photograph("dark-mail")
+        self.press("ctrl+2")
+        self.see_app("Calendar")
+        self.photograph("dark-calendar")
+        self.quit()
+        self.report.did("pressed Ctrl+Q")
+        self.report.saw("the program ended as it should")
+
+
+STEPS = (
+    ("Tarn opens its window", Tour.opens),
+    ("Reading a conversation takes it off the count", Tour.reads),
+    ("A click in the sidebar changes the app", Tour.clicks_calendar),
+    ("So do the keys", Tour.presses_drive),
+    ("And so does the menu", Tour.opens_menu),
+    ("A half-typed text stays while another app is in the window", Tour.keeps_draft),
+    ("The other apps", Tour.visits_all),
+    ("The second profile is somebody else", Tour.changes_profile),
+    ("Back in the first profile", Tour.changes_back),
+    ("Links to other sites go to the default browser", Tour.hands_over_links),
+    ("Pages whose processes die come back by themselves", Tour.recovers),
+    ("Closing the window only hides it", Tour.closes_and_opens),
+    ("After a restart the size is the same, and both profiles are signed in", Tour.restarts),
+    ("Dark, where the desktop is", Tour.turns_dark),
+)
+
+
+def take(program, output):
+    """Gives back whether all steps came true."""
+    report = Report(output)
+    tour = Tour(program, output, report)
+    try:
+        for title, step in STEPS:
+            report.step(title)
+            step(tour)
+    except Exception as error:
+        if not isinstance(error, NotTrue):
+            traceback.print_exc()
+        tour.desktop.picture().save(output / "failed.png")
+        print(f"   WRONG: {error}")
+        print(f"   the screen as it was: {output / 'failed.png'}; the program's output: {output / 'tarn-demo.log'}")
+        print(f"step {report.steps} of {len(STEPS)} did not come true; the steps after it were not taken")
+        return False
+    finally:
+        tour.close()
+    print(f"{len(STEPS)} steps, all came true")
+    return True
+
+
+def main():
+    program, output = sys.argv[1], Path(sys.argv[2])
+    if not shutil.which(program):
+        sys.exit(f"take-tour: {program} is not a program")
+    # Made anew, as far as it is ours.
+    output.mkdir(parents=True, exist_ok=True)
+    for pattern in OUR_FILES:
+        for file in output.glob(pattern):
+            file.unlink()
+    sys.exit(0 if take(program, output) else 1)
+
+
+main()
