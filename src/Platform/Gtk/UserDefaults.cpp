@@ -47,7 +47,7 @@ void UserDefaults::save() const
     for (auto const& [key, value] : m_values)
         keyFile->set_string(group, key, value);
     try {
-        std::filesystem::create_directories(m_file.parent_path());
+        createPrivateFolder(m_file.parent_path());
         replaceFileDurably(m_file, keyFile->to_data().raw());
     } catch (std::exception const& error) {
         m_log(std::string("[Settings] could not save: ") + error.what());
