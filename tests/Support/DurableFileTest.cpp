@@ -14,24 +14,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::error_code errorOfReplacing(fs::path const& path, std::string_view content)
-{
-    try {
-        replaceFileDurably(path, content);
-    } catch (fs::filesystem_error const& error) {
-        return error.code();
-    }
-    return {};
-}
-
 TEST(DurableFile, WhatIsWrittenIsReadBackUnderAnyName)
 {
-    std::string const names[] { "profiles.json", "with a space", "\xff\xfe not UTF-8", "line\nbreak",
-        std::string(255, 'n') };
-    std::string const contents[] { "", "text", std::string("\0\xff\r\n", 4), std::string(300'000, 'x') };
-    for (auto const& name : names) {
+    for (auto const& name : { std::string("\xff\xfe\n"), std::string(255, 'n') }) {
         TemporaryFolder const folder;
-        for (auto const& content : contents) {
+        for (auto const& content : { std::string("\0\xff\r\n", 4), std::string(300'000, 'x'), std::string() }) {
             replaceFileDurably(folder / name, content);
             EXPECT_EQ(readFile(folder / name), content) << name;
         }
@@ -43,17 +30,14 @@ TEST(DurableFile, OnlyItsOwnerMayReadItWhateverWasThereBefore)
 {
     TemporaryFolder const folder;
     auto const mask = umask(0);
-    replaceFileDurably(folder / "new", "");
+    createPrivateFolder(folder / "one" / "two");
+    replaceFileDurably(folder / "file", "");
+    fs::permissions(folder / "file", fs::perms(0666));
+    replaceFileDurably(folder / "file", "");
     umask(0777);
     replaceFileDurably(folder / "masked", "");
-    umask(0);
-    createPrivateFolder(folder / "one" / "two");
     umask(mask);
-    replaceFileDurably(folder / "old", "");
-    fs::permissions(folder / "old", fs::perms(0666));
-    replaceFileDurably(folder / "old", "");
-
-    for (auto const* name : { "new", "masked", "old" })
+    for (auto const* name : { "file", "masked" })
         EXPECT_EQ(fs::status(folder / name).permissions(), fs::perms(0600)) << name;
     for (auto const* name : { "one", "one/two" })
         EXPECT_EQ(fs::status(folder / name).permissions(), fs::perms(0700)) << name;
@@ -87,22 +71,22 @@ TEST(DurableFile, AFailureIsReportedAndChangesNothing)
         { "missing/file", std::errc::no_such_file_or_directory },
         { "file/file", std::errc::not_a_directory },
         { "directory", std::errc::is_a_directory },
-        { "directory/", std::errc::is_a_directory },
-        { "pipe", std::errc::invalid_argument },
         { "link to the pipe", std::errc::invalid_argument },
         { "loop", std::errc::too_many_symbolic_link_levels },
+        { "file", std::errc::file_too_large },
     };
+    FileSizeLimit const limit(4096);
     for (auto const& [name, error] : rows) {
-        EXPECT_EQ(errorOfReplacing(folder / name, "new"), error) << name;
-        EXPECT_EQ(readFile(folder / name), std::nullopt) << name;
-    }
-    {
-        FileSizeLimit const limit(4096);
-        EXPECT_EQ(errorOfReplacing(folder / "file", std::string(10'000, 'x')), std::errc::file_too_large);
+        try {
+            replaceFileDurably(folder / name, std::string(10'000, 'x'));
+            ADD_FAILURE() << name;
+        } catch (fs::filesystem_error const& failure) {
+            EXPECT_EQ(failure.code(), error) << name;
+        }
     }
     EXPECT_THROW(createPrivateFolder(folder / "file" / "folder"), fs::filesystem_error);
-
     EXPECT_EQ(readFile(folder / "file"), "old");
+    EXPECT_EQ(readFile(folder / "pipe"), std::nullopt);
     EXPECT_EQ(fileNames(folder.path()), before);
 }
 
