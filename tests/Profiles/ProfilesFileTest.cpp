@@ -39,19 +39,14 @@ constexpr auto text = R"({
 }
 )";
 
-SavedProfiles const saved { { { .id = *Uuid::parse("a0000000-0000-4000-8000-00000000000a"),
-                                  .name = "Jörg \"日本\" \\ \x01",
-                                  .avatarFile = "B0000000-0000-4000-8000-000000000001.png",
-                                  .enabledApps = { GoogleApp::contacts, GoogleApp::mail },
-                                  .zoom = { { GoogleApp::mail, 2.0 }, { GoogleApp::drive, 1.2000000000000002 } },
-                                  .createdAt = Timestamp {} + 1740821400s },
-                                { .id = *Uuid::parse("a0000000-0000-4000-8000-00000000000b"),
-                                    .name = "",
-                                    .avatarFile = std::nullopt,
-                                    .enabledApps = {},
-                                    .zoom = {},
-                                    .createdAt = Timestamp {} + 1709251199s } },
-    *Uuid::parse("a0000000-0000-4000-8000-00000000000b") };
+Uuid const first = *Uuid::parse("A0000000-0000-4000-8000-00000000000A");
+Uuid const second = *Uuid::parse("A0000000-0000-4000-8000-00000000000B");
+SavedProfiles const saved { { { first, "Jörg \"日本\" \\ \x01", "B0000000-0000-4000-8000-000000000001.png",
+                                  { GoogleApp::contacts, GoogleApp::mail },
+                                  { { GoogleApp::mail, 2.0 }, { GoogleApp::drive, 1.2000000000000002 } },
+                                  Timestamp(1740821400s) },
+                                { second, "", std::nullopt, {}, {}, Timestamp(1709251199s) } },
+    second };
 
 // The file with one value changed, given as a patch (RFC 6902).
 std::string patched(char const* operation, char const* path, json const& value = {})
@@ -67,15 +62,15 @@ std::string replaced(std::string_view from, std::string_view to)
     return result.replace(result.find(from), from.size(), to);
 }
 
-std::string nested(std::string_view open, std::string_view close, int levels)
+std::string nested(std::string_view open, std::string_view close)
 {
-    std::string result;
-    for (int level = 0; level < levels; ++level)
-        result += open;
-    result += "1";
-    for (int level = 0; level < levels; ++level)
-        result += close;
-    return result;
+    std::string before;
+    std::string after;
+    for (int level = 0; level < 100'000; ++level) {
+        before += open;
+        after += close;
+    }
+    return before + "1" + after;
 }
 
 TEST(ProfilesFile, HasOneForm)
@@ -94,8 +89,8 @@ TEST(ProfilesFile, ToleratesWhatChangesNothing)
         { "a lower-case id", patched("replace", "/activeID", "a0000000-0000-4000-8000-00000000000b") },
         { "a whole number", patched("replace", "/profiles/0/zoom/mail", 2) },
         { "another zone", patched("replace", "/profiles/0/createdAt", "2025-03-01T10:30:00+01:00") },
-        { "deep arrays", replaced("\"activeID\"", "\"x\":" + nested("[", "]", 1'000'000) + ",\"activeID\"") },
-        { "deep objects", replaced("\"createdAt\"", "\"x\":" + nested("{\"x\":", "}", 100'000) + ",\"createdAt\"") },
+        { "deep arrays", replaced("\"activeID\"", "\"x\":" + nested("[", "]") + ",\"activeID\"") },
+        { "deep objects", replaced("\"createdAt\"", "\"x\":" + nested("{\"x\":", "}") + ",\"createdAt\"") },
     };
     for (auto const& [what, file] : rows)
         EXPECT_EQ(ProfilesFile::decode(file), saved) << what;
@@ -107,41 +102,35 @@ TEST(ProfilesFile, RefusesWhatItCannotTakeAsAWhole)
              "/profiles/1/zoom", "/profiles/1/createdAt" }) {
         EXPECT_EQ(ProfilesFile::decode(patched("remove", path)), std::nullopt) << path;
         EXPECT_EQ(ProfilesFile::decode(patched("replace", path, 1)), std::nullopt) << path;
-        EXPECT_EQ(ProfilesFile::decode(patched("replace", path, nullptr)), std::nullopt) << path;
+        EXPECT_EQ(ProfilesFile::decode(patched("replace", path)), std::nullopt) << path;
     }
 
-    std::tuple<char const*, char const*, json> const values[] {
-        { "replace", "/activeID", "A0000000" },
-        { "replace", "/profiles", json::object() },
-        { "replace", "/profiles/0", "A0000000-0000-4000-8000-00000000000A" },
-        { "replace", "/profiles/0/id", "" },
-        { "replace", "/profiles/0/enabledApps/0", "Contacts" },
-        { "replace", "/profiles/0/enabledApps/0", json::parse("[[[[[[[[[[]]]]]]]]]]") },
-        { "replace", "/profiles/0/enabledApps", "mail" },
-        { "replace", "/profiles/0/zoom", json::array() },
-        { "replace", "/profiles/0/zoom/mail", "1.2" },
-        { "replace", "/profiles/0/zoom/mail", true },
-        { "add", "/profiles/0/zoom/chat", 1.2 },
-        { "replace", "/profiles/0/avatarFile", 1 },
-        { "replace", "/profiles/0/avatarFile", json::array() },
-        { "replace", "/profiles/0/createdAt", "yesterday" },
+    std::pair<char const*, json> const values[] {
+        { "/profiles", json::object() },
+        { "/profiles/0", "A0000000-0000-4000-8000-00000000000A" },
+        { "/profiles/0/id", "" },
+        { "/profiles/0/enabledApps", "mail" },
+        { "/profiles/0/enabledApps/0", "Contacts" },
+        { "/profiles/0/enabledApps/0", json::parse("[[[[[[[[[[]]]]]]]]]]") },
+        { "/profiles/0/zoom", json::array() },
+        { "/profiles/0/zoom/mail", "1.2" },
+        { "/profiles/0/zoom/mail", true },
+        { "/profiles/0/zoom", { { "chat", 1.2 } } },
+        { "/profiles/0/avatarFile", 1 },
+        { "/profiles/0/createdAt", "yesterday" },
     };
-    for (auto const& [operation, path, value] : values)
-        EXPECT_EQ(ProfilesFile::decode(patched(operation, path, value)), std::nullopt) << path << value;
+    for (auto const& [path, value] : values)
+        EXPECT_EQ(ProfilesFile::decode(patched("replace", path, value)), std::nullopt) << path << value;
 
     std::pair<char const*, std::string> const texts[] {
-        { "nothing", "" },
-        { "not an object", "[]" },
         { "zeros", std::string(1000, '\0') },
         { "two values", std::string(text) + "{}" },
         { "not UTF-8", replaced("Jörg", "J\xf6rg") },
         { "half of a surrogate pair", replaced("Jörg", "\\ud800") },
         { "an infinite number", replaced("2.0", "1e999") },
-        { "no number", replaced("2.0", "NaN") },
         { "a comment", replaced("2.0", "2.0 /* 200 % */") },
-        { "deep arrays", nested("[", "]", 1'000'000) },
-        { "deep arrays, never closed", nested("[", "", 1'000'000) },
-        { "deep objects in a known key", replaced("{}", nested("{\"mail\":", "}", 100'000)) },
+        { "deep arrays", nested("[", "]") },
+        { "deep objects in a known key", replaced("{}", nested("{\"mail\":", "}")) },
     };
     for (auto const& [what, file] : texts)
         EXPECT_EQ(ProfilesFile::decode(file), std::nullopt) << what;
