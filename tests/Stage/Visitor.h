@@ -30,10 +30,7 @@ public:
         soup_session_add_feature_by_type(m_session.get(), SOUP_TYPE_COOKIE_JAR);
     }
 
-    Answer get(std::string const& url, Redirects redirects = Redirects::follow)
-    {
-        return send(SOUP_METHOD_GET, url, nullptr, redirects);
-    }
+    Answer get(std::string const& url) { return send(SOUP_METHOD_GET, url, nullptr, Redirects::follow); }
     Answer post(std::string const& url, std::string const& form, Redirects redirects = Redirects::follow)
     {
         return send(SOUP_METHOD_POST, url, &form, redirects);
