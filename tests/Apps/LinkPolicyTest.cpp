@@ -53,22 +53,16 @@ TEST(LinkPolicyTest, ResolvesGoogleRedirectsOnce)
     for (auto const& [link, target] : links)
         EXPECT_EQ(LinkPolicy::resolvingGoogleRedirect(parsed(link)), parsed(target)) << link;
 
-    for (auto const link : {
-             "https://www.google.com/url/?q=https://news.example/",
-             "https://www.google.com/URL?q=https://news.example/",
-             "https://www.google.com//url?q=https://news.example/",
-             "https://mail.google.com/url?q=https://news.example/",
-             "https://www.google.com./url?q=https://news.example/",
-             "https://www.google.com.evil.example/url?q=https://news.example/",
-             "https://www.google.com/url",
-             "https://www.google.com/url?q=",
-             "https://www.google.com/url?q&q=https://news.example/",
-             "https://www.google.com/url?url=https://news.example/",
-             "https://www.google.com/url#?q=https://news.example/",
-             "https://www.google.com/url?q=//news.example/",
-             "https://www.google.com/url?q=https://a%2520b/",
-             "app://www.google.com/url?q=https://news.example/",
-         })
+    for (auto const link :
+        { "https://www.google.com/url/?q=https://news.example/", "https://www.google.com/URL?q=https://news.example/",
+            "https://www.google.com//url?q=https://news.example/",
+            "https://mail.google.com/url?q=https://news.example/",
+            "https://www.google.com./url?q=https://news.example/",
+            "https://www.google.com.evil.example/url?q=https://news.example/", "https://www.google.com/url",
+            "https://www.google.com/url?q=", "https://www.google.com/url?q&q=https://news.example/",
+            "https://www.google.com/url?url=https://news.example/",
+            "https://www.google.com/url#?q=https://news.example/", "https://www.google.com/url?q=//news.example/",
+            "https://www.google.com/url?q=https://a%2520b/", "app://www.google.com/url?q=https://news.example/" })
         EXPECT_EQ(LinkPolicy::resolvingGoogleRedirect(parsed(link)), parsed(link)) << link;
 }
 
@@ -106,7 +100,7 @@ TEST(LinkPolicyTest, KnowsWhatBelongsToTheSignIn)
     EXPECT_FALSE(LinkPolicy::isInternal(parsed("mailto:a@google.com")));
 }
 
-TEST(LinkPolicyTest, PopupsAndActivatedLinks)
+TEST(LinkPolicyTest, PopupsAndLinks)
 {
     struct Case {
         std::string_view to;
@@ -150,15 +144,11 @@ TEST(LinkPolicyTest, PopupsAndActivatedLinks)
         EXPECT_EQ(described(LinkPolicy::navigation(target, source, LinkActivated::yes), target), click) << to;
     }
     EXPECT_EQ(described(LinkPolicy::popup(std::nullopt, parsed(mail)), std::nullopt), "allow");
-}
-
-TEST(LinkPolicyTest, WhatNobodyClickedGoesOnInPlace)
-{
+    // What nobody clicked goes on in place.
     for (auto const to : { "https://news.example/", "https://calendar.google.com/", "about:blank", "data:,x" })
-        EXPECT_TRUE(std::holds_alternative<Allow>(LinkPolicy::navigation(parsed(to), parsed(mail), LinkActivated::no)))
-            << to;
-    auto const decision = LinkPolicy::navigation(parsed("tel:1"), parsed(mail), LinkActivated::no);
-    EXPECT_TRUE(std::holds_alternative<OpenExternally>(decision));
+        EXPECT_EQ(described(LinkPolicy::navigation(parsed(to), parsed(mail), LinkActivated::no), {}), "allow") << to;
+    auto const call = parsed("tel:1");
+    EXPECT_EQ(described(LinkPolicy::navigation(call, parsed(mail), LinkActivated::no), call), "open");
 }
 
 // Whatever a page writes, directly or in a redirect link.
@@ -176,13 +166,12 @@ TEST(LinkPolicyTest, HostileLinksNeverPassForAnother)
                     LinkPolicy::navigation(*to, parsed(mail), LinkActivated::no) }) {
                 EXPECT_TRUE(!std::holds_alternative<Allow>(decision) || LinkPolicy::isWebScheme(*to));
                 if (auto const* ask = std::get_if<Ask>(&decision)) {
-                    EXPECT_TRUE(ask->url.scheme() == "https" || ask->url.scheme() == "http") << ask->url.string();
-                    EXPECT_TRUE(ask->url.host().ends_with(".google.com")) << ask->url.string();
+                    EXPECT_TRUE(ask->url.scheme().starts_with("http") && ask->url.host().ends_with(".google.com"))
+                        << ask->url.string();
                 }
             }
             if (to->host().find("evil.example") != std::string_view::npos) {
-                EXPECT_FALSE(LinkPolicy::isInternal(*to));
-                EXPECT_FALSE(LinkPolicy::isGoogleApp(*to));
+                EXPECT_FALSE(LinkPolicy::isInternal(*to) || LinkPolicy::isGoogleApp(*to));
             }
         }
     }

@@ -64,13 +64,12 @@ std::string replaced(std::string_view from, std::string_view to)
 
 std::string nested(std::string_view open, std::string_view close)
 {
-    std::string before;
-    std::string after;
-    for (int level = 0; level < 100'000; ++level) {
-        before += open;
-        after += close;
-    }
-    return before + "1" + after;
+    std::string result;
+    for (int level = 0; level < 100'000; ++level)
+        result += open;
+    for (int level = 0; level < 100'000; ++level)
+        result += close;
+    return result;
 }
 
 TEST(ProfilesFile, HasOneForm)
@@ -90,7 +89,7 @@ TEST(ProfilesFile, ToleratesWhatChangesNothing)
         { "a whole number", patched("replace", "/profiles/0/zoom/mail", 2) },
         { "another zone", patched("replace", "/profiles/0/createdAt", "2025-03-01T10:30:00+01:00") },
         { "deep arrays", replaced("\"activeID\"", "\"x\":" + nested("[", "]") + ",\"activeID\"") },
-        { "deep objects", replaced("\"createdAt\"", "\"x\":" + nested("{\"x\":", "}") + ",\"createdAt\"") },
+        { "deep objects", replaced("\"createdAt\"", "\"x\":" + nested("{\"x\":[", "]}") + ",\"createdAt\"") },
     };
     for (auto const& [what, file] : rows)
         EXPECT_EQ(ProfilesFile::decode(file), saved) << what;
@@ -105,20 +104,13 @@ TEST(ProfilesFile, RefusesWhatItCannotTakeAsAWhole)
         EXPECT_EQ(ProfilesFile::decode(patched("replace", path)), std::nullopt) << path;
     }
 
-    std::pair<char const*, json> const values[] {
-        { "/profiles", json::object() },
-        { "/profiles/0", "A0000000-0000-4000-8000-00000000000A" },
-        { "/profiles/0/id", "" },
-        { "/profiles/0/enabledApps", "mail" },
-        { "/profiles/0/enabledApps/0", "Contacts" },
-        { "/profiles/0/enabledApps/0", json::parse("[[[[[[[[[[]]]]]]]]]]") },
-        { "/profiles/0/zoom", json::array() },
-        { "/profiles/0/zoom/mail", "1.2" },
-        { "/profiles/0/zoom/mail", true },
-        { "/profiles/0/zoom", { { "chat", 1.2 } } },
-        { "/profiles/0/avatarFile", 1 },
-        { "/profiles/0/createdAt", "yesterday" },
-    };
+    std::pair<char const*, json> const values[] { { "/profiles", json::object() },
+        { "/profiles/0", "A0000000-0000-4000-8000-00000000000A" }, { "/profiles/0/id", "" },
+        { "/profiles/0/enabledApps", "mail" }, { "/profiles/0/enabledApps/0", "Contacts" },
+        { "/profiles/0/enabledApps/0", json::parse("[[[[[[[[[[]]]]]]]]]]") }, { "/profiles/0/zoom", json::array() },
+        { "/profiles/0/zoom/mail", "1.2" }, { "/profiles/0/zoom/mail", true },
+        { "/profiles/0/zoom", { { "chat", 1.2 } } }, { "/profiles/0/avatarFile", 1 },
+        { "/profiles/0/createdAt", "yesterday" } };
     for (auto const& [path, value] : values)
         EXPECT_EQ(ProfilesFile::decode(patched("replace", path, value)), std::nullopt) << path << value;
 
@@ -130,7 +122,7 @@ TEST(ProfilesFile, RefusesWhatItCannotTakeAsAWhole)
         { "an infinite number", replaced("2.0", "1e999") },
         { "a comment", replaced("2.0", "2.0 /* 200 % */") },
         { "deep arrays", nested("[", "]") },
-        { "deep objects in a known key", replaced("{}", nested("{\"mail\":", "}")) },
+        { "deep objects in a known key", replaced("{}", nested("{\"mail\":[", "]}")) },
     };
     for (auto const& [what, file] : texts)
         EXPECT_EQ(ProfilesFile::decode(file), std::nullopt) << what;

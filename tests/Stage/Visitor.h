@@ -5,7 +5,6 @@
 #include <gio/gio.h>
 #include <libsoup/soup.h>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -47,9 +46,8 @@ private:
         if (redirects == Redirects::stay)
             soup_message_add_flags(message.get(), SOUP_MESSAGE_NO_REDIRECT);
         if (form) {
-            std::unique_ptr<GBytes, decltype(&g_bytes_unref)> const bytes(
-                g_bytes_new(form->data(), form->size()), g_bytes_unref);
-            soup_message_set_request_body_from_bytes(message.get(), "application/x-www-form-urlencoded", bytes.get());
+            g_autoptr(GBytes) bytes = g_bytes_new(form->data(), form->size());
+            soup_message_set_request_body_from_bytes(message.get(), "application/x-www-form-urlencoded", bytes);
         }
         auto result = Ref<GAsyncResult>();
         soup_session_send_and_read_async(
@@ -60,21 +58,16 @@ private:
             &result);
         while (!result.get())
             g_main_context_iteration(nullptr, TRUE);
-        GError* error = nullptr;
-        std::unique_ptr<GBytes, decltype(&g_bytes_unref)> const body(
-            soup_session_send_and_read_finish(m_session.get(), result.get(), &error), g_bytes_unref);
-        if (!body) {
-            std::string const reason = error->message;
-            g_error_free(error);
-            throw std::runtime_error(reason);
-        }
+        g_autoptr(GError) error = nullptr;
+        g_autoptr(GBytes) body = soup_session_send_and_read_finish(m_session.get(), result.get(), &error);
+        if (!body)
+            throw std::runtime_error(error->message);
         auto const text = [](char const* value) { return std::string(value ? value : ""); };
         auto* const headers = soup_message_get_response_headers(message.get());
-        std::unique_ptr<char, decltype(&g_free)> const end(
-            g_uri_to_string(soup_message_get_uri(message.get())), g_free);
+        g_autofree char* end = g_uri_to_string(soup_message_get_uri(message.get()));
         auto const* const location = soup_message_headers_get_one(headers, "Location");
-        return { soup_message_get_status(message.get()), location ? location : end.get(),
-            { static_cast<char const*>(g_bytes_get_data(body.get(), nullptr)), g_bytes_get_size(body.get()) },
+        return { soup_message_get_status(message.get()), location ? location : end,
+            { static_cast<char const*>(g_bytes_get_data(body, nullptr)), g_bytes_get_size(body) },
             text(soup_message_headers_get_list(headers, "Set-Cookie")) };
     }
 

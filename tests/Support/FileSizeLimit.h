@@ -11,23 +11,18 @@ namespace tarn {
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes)
-        : m_oldHandler(std::signal(SIGXFSZ, SIG_IGN))
     {
+        std::signal(SIGXFSZ, SIG_IGN);
         getrlimit(RLIMIT_FSIZE, &m_old);
         rlimit const limit { bytes, m_old.rlim_max };
         setrlimit(RLIMIT_FSIZE, &limit);
     }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
     FileSizeLimit(FileSizeLimit const&) = delete;
     FileSizeLimit& operator=(FileSizeLimit const&) = delete;
 
 private:
     rlimit m_old {};
-    void (*m_oldHandler)(int);
 };
 
 }
