@@ -6,7 +6,7 @@ namespace tarn::test {
 
 struct FakeHarness {
     platform::WebView& view() { return fake; }
-    void settle() { fake.arrive(); }
+    void settle(std::function<bool()> const&) { fake.arrive(); }
     void crash() { fake.terminate(); }
     static Url page(int number) { return *Url::parse("https://keep.google.com/" + std::to_string(number)); }
 

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,7 +14,7 @@ namespace tarn::test {
 // What the core relies on in a web view. It runs on the fake and on the real one, so that the fake cannot drift.
 // A harness makes a view on a store, serves numbered pages, and lets time pass:
 //   platform::WebView& view();
-//   void settle();      until nothing loads any more
+//   void settle(std::function<bool()> const& settled);
 //   void crash();       ends the page's process
 //   static Url page(int number);
 template <typename Harness> class WebViewContract : public testing::Test, protected platform::NavigationDelegate {
@@ -27,7 +29,21 @@ protected:
     void load(int page)
     {
         view().load({ .url = Harness::page(page) });
-        harness.settle();
+        settle();
+    }
+    // Until what was asked for has been decided on and, if it may, has come.
+    void settle()
+    {
+        auto const before = events.size();
+        harness.settle([&] {
+            auto const isNew = [&](char const* kind) {
+                return std::any_of(events.begin() + static_cast<std::ptrdiff_t>(before), events.end(),
+                    [&](auto const& event) { return event.starts_with(kind); });
+            };
+            return isNew("decide")
+                && (policy == platform::NavigationPolicy::cancel
+                    || (isNew("finish") && view().title().value_or("") != ""));
+        });
     }
 
     platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const& action) override
@@ -79,7 +95,7 @@ TYPED_TEST_P(WebViewContract, TheHistoryGoesBothWays)
     EXPECT_TRUE(this->view().canGoBack());
     EXPECT_FALSE(this->view().canGoForward());
     this->view().goBack();
-    this->harness.settle();
+    this->settle();
     EXPECT_EQ(this->view().url()->string(), TypeParam::page(1).string());
     EXPECT_TRUE(this->view().canGoForward());
 }
@@ -92,7 +108,7 @@ TYPED_TEST_P(WebViewContract, ACrashedPageKeepsItsAddressAndComesBack)
     EXPECT_THAT(this->events, testing::ElementsAre("terminated"));
     EXPECT_EQ(this->view().url()->string(), TypeParam::page(1).string());
     this->view().reload();
-    this->harness.settle();
+    this->settle();
     auto const url = TypeParam::page(1).string();
     EXPECT_THAT(this->events, testing::ElementsAre("terminated", "decide " + url, "commit " + url, "finish " + url));
 }

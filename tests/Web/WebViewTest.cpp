@@ -21,12 +21,7 @@ public:
     void TestBody() override { }
 
     platform::WebView& view() { return *m_view; }
-    void settle()
-    {
-        waitUntil([&] { return !webkit_web_view_is_loading(engineView()); }, "the load");
-        auto const known = [&] { return !m_view->url() || m_view->title().value_or("") != ""; };
-        waitUntil(known, "the title");
-    }
+    void settle(std::function<bool()> const& settled) { waitUntil(settled, "the load"); }
     void crash()
     {
         bool ended = false;
