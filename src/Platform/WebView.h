@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -28,7 +29,13 @@ struct PageNotice {
 // One web page area. Its identity is its address. The delegates must outlive it.
 class WebView {
 public:
+    WebView() = default;
+    WebView(WebView const&) = delete;
+    WebView& operator=(WebView const&) = delete;
     virtual ~WebView() = default;
+
+    // Empty once the view is gone. Never to be kept locked.
+    std::weak_ptr<WebView> weak() const { return m_self; }
 
     virtual void setNavigationDelegate(NavigationDelegate*) = 0;
     virtual void setUIDelegate(UIDelegate*) = 0;
@@ -55,6 +62,10 @@ public:
 
     // Covers the page with the notice, or uncovers it. A load or reload uncovers it too.
     virtual void showNotice(std::optional<PageNotice>) = 0;
+
+private:
+    // Owns nothing: it only ends with the view.
+    std::shared_ptr<WebView> m_self { this, [](WebView*) {} };
 };
 
 }

@@ -5,28 +5,26 @@
 #include <libsoup/soup.h>
 
 #include <array>
-#include <optional>
+#include <utility>
 
 namespace tarn::gtk {
 
 namespace {
 
-std::optional<std::string> readBody(WebKitURISchemeRequest* request, std::size_t limit)
+// What is over the limit is left unread.
+std::string readBody(WebKitURISchemeRequest* request, std::size_t limit)
 {
     std::string body;
     auto* const stream = webkit_uri_scheme_request_get_http_body(request);
-    if (!stream)
-        return body;
-    std::array<char, 4096> buffer {};
-    while (true) {
+    std::array<char, 16 * 1024> buffer {};
+    while (stream && body.size() <= limit) {
         // The engine hands the whole body over in memory: this does not wait.
         auto const count = g_input_stream_read(stream, buffer.data(), buffer.size(), nullptr, nullptr);
         if (count <= 0)
-            return count == 0 ? std::optional(std::move(body)) : std::nullopt;
+            break;
         body.append(buffer.data(), static_cast<std::size_t>(count));
-        if (body.size() > limit)
-            return std::nullopt;
     }
+    return body;
 }
 
 void refuse(WebKitURISchemeRequest* request)
@@ -36,21 +34,24 @@ void refuse(WebKitURISchemeRequest* request)
     g_error_free(error);
 }
 
-void acknowledge(WebKitURISchemeRequest* request, char const* origin)
+void answer(WebKitURISchemeRequest* request, std::string const& origin, std::string const& text)
 {
-    auto const stream = adopt(g_memory_input_stream_new());
-    auto const response = adopt(webkit_uri_scheme_response_new(stream.get(), 0));
-    webkit_uri_scheme_response_set_content_type(response.get(), "text/plain");
+    auto* const bytes = g_bytes_new(text.data(), text.size());
+    auto const stream = adopt(g_memory_input_stream_new_from_bytes(bytes));
+    g_bytes_unref(bytes);
+    auto const response = adopt(webkit_uri_scheme_response_new(stream.get(), static_cast<gint64>(text.size())));
+    webkit_uri_scheme_response_set_content_type(response.get(), "text/plain; charset=utf-8");
     auto* const headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
-    soup_message_headers_append(headers, "Access-Control-Allow-Origin", origin);
+    soup_message_headers_append(headers, "Access-Control-Allow-Origin", origin.c_str());
     webkit_uri_scheme_response_set_http_headers(response.get(), headers);
     webkit_uri_scheme_request_finish_with_response(request, response.get());
 }
 
 }
 
-MessageChannel::MessageChannel(WebKitWebContext* context)
-    : m_nonce(Uuid::random().string())
+MessageChannel::MessageChannel(WebKitWebContext* context, Log log)
+    : m_log(std::move(log))
+    , m_nonce(Uuid::random().string())
 {
     auto* const security = webkit_web_context_get_security_manager(context);
     // Without both of these a fetch from an https page never arrives.
@@ -72,26 +73,37 @@ void MessageChannel::removeReceiver(WebKitWebView* view)
     m_receivers.erase(view);
 }
 
-Ref<WebKitUserContentManager> MessageChannel::contentManagerWithScript(std::string_view source) const
+Ref<WebKitUserContentManager> MessageChannel::contentManagerWithScripts(
+    std::initializer_list<std::string_view> sources) const
 {
-    auto const script = "(" + std::string(source) + ")((name, text) => fetch('" + scheme
+    auto const send = std::string("(name, text) => fetch('") + scheme
         + "://' + name + '/', { method: 'POST', headers: { 'Content-Type': 'text/plain' }, body: '" + m_nonce
-        + "\\n' + text }).catch(() => {}));";
+        + "\\n' + text }).then((response) => response.text()).catch(() => undefined)";
     auto manager = adopt(webkit_user_content_manager_new());
-    auto* const userScript = webkit_user_script_new_for_world(script.c_str(), WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-        WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, scriptWorld, nullptr, nullptr);
-    webkit_user_content_manager_add_script(manager.get(), userScript);
-    webkit_user_script_unref(userScript);
+    for (auto const& source : sources) {
+        auto const script = "(" + std::string(source) + ")(" + send + ");";
+        auto* const userScript = webkit_user_script_new_for_world(script.c_str(), WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+            WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, scriptWorld, nullptr, nullptr);
+        webkit_user_content_manager_add_script(manager.get(), userScript);
+        webkit_user_script_unref(userScript);
+    }
     return manager;
 }
 
-void MessageChannel::handle(WebKitURISchemeRequest* request) const
+void MessageChannel::handle(WebKitURISchemeRequest* request)
 {
     auto const receiver = m_receivers.find(webkit_uri_scheme_request_get_web_view(request));
     auto* const headers = webkit_uri_scheme_request_get_http_headers(request);
     auto const* const origin = headers ? soup_message_headers_get_one(headers, "Origin") : nullptr;
-    auto const body = readBody(request, maximumBody + m_nonce.size() + 1);
-    if (receiver == m_receivers.end() || !origin || !body || !body->starts_with(m_nonce + "\n")) {
+    auto const limit = maximumBody + m_nonce.size() + 1;
+    auto const body = readBody(request, limit);
+    if (receiver == m_receivers.end() || !origin || !body.starts_with(m_nonce + "\n")) {
+        refuse(request);
+        return;
+    }
+    if (body.size() > limit) {
+        if (!std::exchange(m_saidTooLong, true))
+            m_log("[Pages] refused a message of more than 8 MiB from " + std::string(origin));
         refuse(request);
         return;
     }
@@ -100,8 +112,10 @@ void MessageChannel::handle(WebKitURISchemeRequest* request) const
     name.remove_prefix(std::string_view(scheme).size() + 3);
     name = name.substr(0, name.find('/'));
     auto const handler = receiver->second;
-    handler({ .name = name, .origin = origin, .body = std::string_view(*body).substr(m_nonce.size() + 1) });
-    acknowledge(request, origin);
+    handler({ .name = name, .origin = origin, .body = std::string_view(body).substr(m_nonce.size() + 1) },
+        Answer([request = share(request), origin = std::string(origin)](
+                   std::string const& text) { answer(request.get(), origin, text); },
+            {}));
 }
 
 }

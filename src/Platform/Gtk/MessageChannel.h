@@ -1,10 +1,13 @@
 #pragma once
 
 #include "Platform/Gtk/Ref.h"
+#include "Support/Log.h"
+#include "Support/Reply.h"
 
 #include <webkit/webkit.h>
 
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
@@ -26,12 +29,15 @@ public:
         // Chosen by our script in the page's process: any text, at most maximumBody bytes.
         std::string_view body;
     };
-    using Receiver = std::function<void(Message const&)>;
+    // Text for the script that sent; a dropped answer is an empty one. It may come later, also after the sender has
+    // gone.
+    using Answer = Reply<std::string>;
+    using Receiver = std::function<void(Message const&, Answer)>;
 
-    static constexpr std::size_t maximumBody = 64 * 1024;
+    static constexpr std::size_t maximumBody = 8 * 1024 * 1024;
 
     // Once per process, before the first view.
-    explicit MessageChannel(WebKitWebContext*);
+    MessageChannel(WebKitWebContext*, Log);
     MessageChannel(MessageChannel const&) = delete;
     MessageChannel& operator=(MessageChannel const&) = delete;
 
@@ -39,13 +45,15 @@ public:
     void setReceiver(WebKitWebView*, Receiver);
     void removeReceiver(WebKitWebView*);
 
-    // A script for scriptWorld, run in all frames before the page's own. The source is a function that is called with
-    // send(name, text).
-    Ref<WebKitUserContentManager> contentManagerWithScript(std::string_view source) const;
+    // Scripts for scriptWorld, run in all frames before the page's own. Each source is a function that is called with
+    // send(name, text), which promises the answer, or undefined where there is none.
+    Ref<WebKitUserContentManager> contentManagerWithScripts(std::initializer_list<std::string_view> sources) const;
 
 private:
-    void handle(WebKitURISchemeRequest*) const;
+    void handle(WebKitURISchemeRequest*);
 
+    Log m_log;
+    bool m_saidTooLong { false };
     // Known to this run's scripts only: a page that fetches the scheme by itself is refused.
     std::string m_nonce;
     std::map<WebKitWebView*, Receiver> m_receivers;

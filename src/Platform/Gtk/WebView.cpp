@@ -7,6 +7,8 @@
 #include <gdk/gdk.h>
 #include <gtkmm/widget.h>
 
+#include <algorithm>
+
 namespace tarn::gtk {
 
 namespace {
@@ -35,12 +37,17 @@ WebKitUserScript* makeUserScript(platform::UserScript const& script)
 Ref<WebKitWebView> makeView(
     platform::WebViewConfiguration const& configuration, WebKitWebContext* context, MessageChannel const& channel)
 {
-    auto const contentManager = channel.contentManagerWithScript(ClickWatch::script());
-    for (auto const& script : configuration.userContentController.userScripts) {
+    auto const contentManager
+        = channel.contentManagerWithScripts({ ClickWatch::script(), ScriptMessages::relayScript() });
+    auto const add = [&](platform::UserScript const& script) {
         auto* const userScript = makeUserScript(script);
         webkit_user_content_manager_add_script(contentManager.get(), userScript);
         webkit_user_script_unref(userScript);
-    }
+    };
+    auto const& content = configuration.userContentController;
+    if (auto handlers = ScriptMessages::handlersScript(content.messageHandlers); !handlers.empty())
+        add({ .source = std::move(handlers) });
+    std::ranges::for_each(content.userScripts, add);
     auto const settings = makeSettings(configuration);
     auto const& store = static_cast<WebsiteDataStore const&>(*configuration.dataStore);
     return sink(WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context, "network-session",
@@ -85,6 +92,7 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     , m_channel(channel)
     , m_sandbox(sandbox)
     , m_view(makeView(configuration, context, channel))
+    , m_messages(*this, m_view.get(), configuration.userContentController.messageHandlers)
     , m_onDecidePolicy(
           m_view.get(), "decide-policy", [this](auto* decision, auto type) { return decidePolicy(decision, type); })
     , m_onCreate(m_view.get(), "create",
@@ -127,7 +135,12 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     , m_onPrint(m_view.get(), "print", [](WebKitPrintOperation*) -> gboolean { return TRUE; })
 {
     m_stack.add(*Glib::wrap(GTK_WIDGET(m_view.get())), "page");
-    m_channel.setReceiver(m_view.get(), [this](auto const& message) { m_clicks.receive(message); });
+    m_channel.setReceiver(m_view.get(), [this](auto const& message, MessageChannel::Answer answer) {
+        if (message.name.starts_with("click"))
+            m_clicks.receive(message);
+        else
+            m_messages.receive(message, std::move(answer));
+    });
 }
 
 WebView::~WebView()

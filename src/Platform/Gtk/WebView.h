@@ -4,6 +4,7 @@
 #include "Platform/Gtk/MessageChannel.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/RunLoop.h"
+#include "Platform/Gtk/ScriptMessages.h"
 #include "Platform/Gtk/Signal.h"
 #include "Platform/WebView.h"
 #include "Platform/WebViewConfiguration.h"
@@ -70,6 +71,7 @@ private:
     std::unique_ptr<platform::Timer> m_timeout;
 
     Ref<WebKitWebView> m_view;
+    ScriptMessages m_messages;
     Gtk::Stack m_stack;
     std::unique_ptr<NoticeView> m_notice;
     Signal<gboolean(WebKitPolicyDecision*, WebKitPolicyDecisionType)> m_onDecidePolicy;
