@@ -2,6 +2,8 @@
 
 #include "Support/Url.h"
 
+#include <filesystem>
+
 namespace tarn::platform {
 
 // The desktop around the application.
@@ -12,6 +14,9 @@ public:
     // Hands the URL to the registered handler of its scheme (the default browser for web addresses), never to a shell.
     // Returns at once; a URL without a handler is logged.
     virtual void open(Url const&) = 0;
+
+    // Shows the file, selected, in the file manager. Returns at once; a desktop without one is logged.
+    virtual void reveal(std::filesystem::path const&) = 0;
 };
 
 }

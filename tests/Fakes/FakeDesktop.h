@@ -15,8 +15,10 @@ namespace tarn::test {
 class FakeWorkspace final : public platform::Workspace {
 public:
     void open(Url const& url) override { opened.push_back(url.string()); }
+    void reveal(std::filesystem::path const& file) override { revealed.push_back(file.string()); }
 
     std::vector<std::string> opened;
+    std::vector<std::string> revealed;
 };
 
 class FakeDockTile final : public platform::DockTile {

@@ -6,6 +6,7 @@
 #include <gdk/gdk.h>
 #include <gio/gio.h>
 
+#include <array>
 #include <memory>
 
 namespace tarn::gtk {
@@ -31,6 +32,34 @@ void Workspace::open(Url const& url)
             }
         },
         new Request { m_log, std::string(url.scheme()) });
+}
+
+void Workspace::reveal(std::filesystem::path const& file)
+{
+    auto* const application = g_application_get_default();
+    auto* const bus = application ? g_application_get_dbus_connection(application) : nullptr;
+    auto* const uri = g_filename_to_uri(file.c_str(), nullptr, nullptr);
+    if (!bus || !uri) {
+        m_log("[Files] there is no file manager to ask");
+        g_free(uri);
+        return;
+    }
+    std::array<char const*, 2> const uris { uri, nullptr };
+    g_dbus_connection_call(
+        bus, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", "org.freedesktop.FileManager1",
+        "ShowItems", g_variant_new("(^ass)", uris.data(), ""), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
+        [](GObject* connection, GAsyncResult* result, gpointer data) {
+            std::unique_ptr<Log> const log(static_cast<Log*>(data));
+            GError* error = nullptr;
+            if (auto* const answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error)) {
+                g_variant_unref(answer);
+            } else {
+                (*log)(std::string("[Files] could not show a file: ") + error->message);
+                g_error_free(error);
+            }
+        },
+        new Log(m_log));
+    g_free(uri);
 }
 
 }

@@ -13,6 +13,7 @@ public:
     }
 
     void open(Url const&) override;
+    void reveal(std::filesystem::path const&) override;
 
 private:
     Log m_log;
