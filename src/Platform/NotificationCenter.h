@@ -13,8 +13,8 @@ struct NotificationRequest {
     // A later request of the same identifier takes the place of this one.
     std::string identifier;
     // Plain text, UTF-8.
-    std::string title;
-    std::string body;
+    std::string title {};
+    std::string body {};
     NotificationSound sound { NotificationSound::none };
     // Notifications of one thread belong together.
     std::optional<std::string> threadIdentifier {};
