@@ -11,6 +11,19 @@ AppDelegate::AppDelegate(AppEnvironment environment)
 
 AppDelegate::~AppDelegate() = default;
 
+void AppDelegate::applicationWillFinishLaunching()
+{
+    if (!m_environment.notificationCenter)
+        return;
+    m_notifications.emplace(NotificationBridge::Environment {
+        .center = *m_environment.notificationCenter,
+        .activation = m_environment.activation,
+        .workspace = m_environment.workspace,
+        .makeUuid = m_environment.store.makeUuid,
+        .log = m_environment.log,
+    });
+}
+
 void AppDelegate::applicationDidFinishLaunching()
 {
     m_menuBar = std::make_unique<platform::MenuBar>(MainMenu::build());
@@ -24,9 +37,12 @@ void AppDelegate::applicationDidFinishLaunching()
             .dockTile = m_environment.dockTile,
             .defaults = m_environment.defaults,
             .runLoop = m_environment.runLoop,
+            .notifications = m_notifications ? &*m_notifications : nullptr,
             .log = m_environment.log,
         });
     m_menuBar->setReceivers({ m_mainWindow.get() });
+    if (m_notifications)
+        m_notifications->askOnFirstLaunch();
     m_mainWindow->showWindow();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/AppEnvironment.h"
+#include "Bridge/NotificationBridge.h"
 #include "MainWindow/MainWindowController.h"
 #include "Platform/MenuBar.h"
 #include "Profiles/ProfileStore.h"
@@ -18,6 +19,8 @@ public:
     AppDelegate(AppDelegate const&) = delete;
     AppDelegate& operator=(AppDelegate const&) = delete;
 
+    // First of all: from here on clicks on notifications have a receiver.
+    void applicationWillFinishLaunching();
     void applicationDidFinishLaunching();
     // The application was started once more, or its dock entry was clicked.
     void applicationShouldHandleReopen();
@@ -29,6 +32,7 @@ public:
 
 private:
     AppEnvironment m_environment;
+    std::optional<NotificationBridge> m_notifications;
     std::unique_ptr<platform::MenuBar> m_menuBar;
     std::optional<ProfileStore> m_profiles;
     std::unique_ptr<MainWindowController> m_mainWindow;

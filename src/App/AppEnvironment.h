@@ -1,6 +1,8 @@
 #pragma once
 
 #include "MainWindow/MainWindowController.h"
+#include "Platform/Activation.h"
+#include "Platform/NotificationCenter.h"
 #include "Profiles/ProfileStore.h"
 
 #include <filesystem>
@@ -18,6 +20,9 @@ struct AppEnvironment {
     platform::DockTile& dockTile;
     platform::UserDefaults& defaults;
     platform::RunLoop& runLoop;
+    platform::Activation& activation;
+    // None where the application is to notify nobody, as in most tests.
+    platform::NotificationCenter* notificationCenter { nullptr };
     Log log;
 };
 

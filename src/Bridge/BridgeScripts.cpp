@@ -1,5 +1,6 @@
 #include "Bridge/BridgeScripts.h"
 
+#include "scripts/notificationRoadsScript.h"
 #include "scripts/notificationsScript.h"
 #include "scripts/promoDismissalScript.h"
 
@@ -40,6 +41,11 @@ std::string notifications(std::string_view initialPermission)
     for (auto const& piece : pieces)
         source += piece;
     return source;
+}
+
+std::string notificationRoads()
+{
+    return "(" + std::string(notificationRoadsScript) + ")(" + jsString(notifyStateHandler) + ");";
 }
 
 std::string_view promoDismissal()

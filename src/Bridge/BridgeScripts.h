@@ -9,6 +9,8 @@ namespace tarn::BridgeScripts {
 // What pages post to.
 inline constexpr char const* notifyHandler { "tarnNotify" };
 inline constexpr char const* notifyPermissionHandler { "tarnNotifyPermission" };
+// Answers with the permission, and never asks the user.
+inline constexpr char const* notifyStateHandler { "tarnNotifyState" };
 // Global functions of the page, each with one string argument.
 inline constexpr char const* notificationClicked { "__tarnNotificationClicked" };
 inline constexpr char const* setNotificationPermission { "__tarnSetNotificationPermission" };
@@ -23,6 +25,10 @@ std::string guardedCall(std::string_view function, std::string_view argument);
 // Replaces the page's Notification. For document start, in all frames. The permission is "default", "granted" or
 // "denied".
 std::string notifications(std::string_view initialPermission);
+
+// Leads a page's service worker notifications and permission queries to the page's Notification. To be injected before
+// notifications(), in the same way.
+std::string notificationRoads();
 
 // Declines a browser-promotion card. For document end, in all frames.
 std::string_view promoDismissal();

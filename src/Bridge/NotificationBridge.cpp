@@ -71,6 +71,7 @@ void NotificationBridge::askOnFirstLaunch()
 void NotificationBridge::install(platform::UserContentController& content)
 {
     std::weak_ptr const weak = m_self;
+    content.userScripts.push_back({ .source = BridgeScripts::notificationRoads() });
     content.userScripts.push_back({ .source = BridgeScripts::notifications("default") });
     content.messageHandlers.push_back({ .name = BridgeScripts::notifyHandler,
         .reply = platform::MessageReply::none,
@@ -88,6 +89,19 @@ void NotificationBridge::install(platform::UserContentController& content)
                     bridge->requestPermission(std::move(reply));
                 else
                     std::move(reply)({ .result = "denied" });
+            }) });
+    content.messageHandlers.push_back({ .name = BridgeScripts::notifyStateHandler,
+        .reply = platform::MessageReply::expected,
+        .handler = std::make_shared<ScriptMessageProxy>(
+            nullptr, [weak](platform::ScriptMessage const&, platform::ScriptReply reply) {
+                auto const bridge = weak.lock();
+                if (!bridge) {
+                    std::move(reply)({ .result = "denied" });
+                    return;
+                }
+                auto const shared = std::make_shared<platform::ScriptReply>(std::move(reply));
+                bridge->currentPermission(
+                    [shared](std::string const& permission) { std::move (*shared)({ .result = permission }); });
             }) });
 }
 

@@ -1,6 +1,7 @@
 #include "MainWindow/MainWindowController.h"
 
 #include "Bridge/BridgeScripts.h"
+#include "Bridge/NotificationBridge.h"
 #include "MainWindow/ProfileMenu.h"
 #include "Profiles/DataStoreRemoval.h"
 #include "Profiles/Zoom.h"
@@ -56,6 +57,10 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
         if (&view == currentView())
             m_environment.menuBar.revalidate();
     };
+    if (auto* const notifications = m_environment.notifications) {
+        notifications->onShow = [this](WebView& view) { bringForward(view); };
+        m_navigation.onFinish = [notifications](WebView& view) { notifications->pushPermission(view); };
+    }
     makeWindow();
     m_profilesConnection = m_profiles.profilesDidChange.connect([this] { profilesChanged(); });
     profilesChanged();
@@ -63,6 +68,8 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
 
 MainWindowController::~MainWindowController()
 {
+    if (m_environment.notifications)
+        m_environment.notifications->onShow = nullptr;
     m_window->setContent(nullptr);
 }
 
@@ -118,7 +125,9 @@ void MainWindowController::rebuildPool(Profile const& profile)
     m_pool = std::make_unique<WebViewPool>(
         m_environment.engine, m_dataStoreFor(profile.id),
         [this](WebView& view, GoogleApp app) { configure(view, app); },
-        [](platform::UserContentController& content) {
+        [notifications = m_environment.notifications](platform::UserContentController& content) {
+            if (notifications)
+                notifications->install(content);
             content.userScripts.push_back({
                 .source = std::string(BridgeScripts::promoDismissal()),
                 .injectionTime = platform::InjectionTime::documentEnd,
@@ -152,6 +161,16 @@ void MainWindowController::show(GoogleApp app)
     m_window->focus(view);
     m_sidebar.setActive(app);
     m_environment.menuBar.revalidate();
+}
+
+void MainWindowController::bringForward(WebView const& view)
+{
+    auto const& views = m_pool->views();
+    auto const shown = std::ranges::find_if(views, [&](auto const& entry) { return entry.second.get() == &view; });
+    if (shown == views.end())
+        return;
+    show(shown->first);
+    showWindow();
 }
 
 WebView* MainWindowController::currentView() const

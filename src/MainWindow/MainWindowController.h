@@ -19,6 +19,8 @@
 
 namespace tarn {
 
+class NotificationBridge;
+
 // The main window: the sidebar, and the web view of the app that is shown. Switching apps swaps pooled views; switching
 // profile replaces the pool.
 class MainWindowController final : public platform::CommandReceiver, private SessionRefresher::Host {
@@ -31,6 +33,8 @@ public:
         platform::DockTile& dockTile;
         platform::UserDefaults& defaults;
         platform::RunLoop& runLoop;
+        // Outlives the controller; none where the application notifies nobody.
+        NotificationBridge* notifications { nullptr };
         Log log;
     };
     using DataStoreFor = std::function<std::shared_ptr<platform::WebsiteDataStore>(Uuid const&)>;
@@ -49,6 +53,8 @@ public:
     // Does nothing for an app that the active profile does not use.
     void show(GoogleApp);
     void showWindow() { m_window->present(); }
+    // Shows the app whose view this is, and the window. Nothing for a view that is gone.
+    void bringForward(platform::WebView const&);
     // The profile is gone at once; its website data then follows. Throws ProfileStore::Failure and changes nothing when
     // the store refuses. The completion gets the reason why data was left on disk, or nothing.
     void deleteProfile(Uuid const&, std::function<void(std::optional<std::string>)> completion);

@@ -98,6 +98,8 @@ void PageNavigation::didCommit(platform::WebView& view)
 
 void PageNavigation::didFinish(platform::WebView& view)
 {
+    if (onFinish)
+        onFinish(view);
     m_session.didFinish(view);
 }
 

@@ -21,6 +21,8 @@ public:
     // A link into another Google app: the user is to say where it opens.
     std::function<void(Url const&)> onAsk;
     std::function<void(platform::WebView&)> onHistoryChange;
+    // A page has loaded.
+    std::function<void(platform::WebView&)> onFinish;
 
     platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const&) override;
     void didCommit(platform::WebView&) override;

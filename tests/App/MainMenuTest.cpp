@@ -2,6 +2,7 @@
 
 #include "App/AppDelegate.h"
 #include "Fakes/FakeDesktop.h"
+#include "Fakes/FakeNotificationCenter.h"
 #include "Fakes/FakeWebEngine.h"
 #include "Fakes/ManualRunLoop.h"
 #include "Support/TemporaryFolder.h"
@@ -61,6 +62,9 @@ TEST(AppDelegate, LaunchesShowsAgainAndEnds)
     test::FakeWorkspace workspace;
     test::FakeDockTile dockTile;
     test::FakeUserDefaults defaults;
+    test::FakeActivation activation;
+    test::FakeNotificationCenter notificationCenter;
+    notificationCenter.status = platform::AuthorizationStatus::notDetermined;
     AppDelegate delegate({
         .applicationSupport = folder.path(),
         .store = { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} },
@@ -70,12 +74,19 @@ TEST(AppDelegate, LaunchesShowsAgainAndEnds)
         .dockTile = dockTile,
         .defaults = defaults,
         .runLoop = runLoop,
+        .activation = activation,
+        .notificationCenter = &notificationCenter,
         .log = [](std::string const&) {},
     });
+    delegate.applicationWillFinishLaunching();
+    EXPECT_NE(notificationCenter.delegate, nullptr) << "clicks have a receiver before anything is launched";
+    EXPECT_TRUE(notificationCenter.questions.empty());
     delegate.applicationShouldHandleReopen();
     EXPECT_EQ(windows.main.presented, 0) << "too early: there is no window yet";
 
     delegate.applicationDidFinishLaunching();
+    notificationCenter.answerQuestions();
+    EXPECT_EQ(notificationCenter.requests, 1);
     EXPECT_TRUE(std::filesystem::exists(folder.path() / "Tarn" / "v2" / "profiles.json"));
     EXPECT_EQ(windows.main.presented, 1);
 

@@ -17,7 +17,6 @@ using platform::NotificationPresentation;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::Ge;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -79,10 +78,13 @@ protected:
 
 TEST_F(NotificationBridgeTest, InstallsTheScriptAndItsHandlers)
 {
-    ASSERT_THAT(content.userScripts, SizeIs(Ge(1)));
-    EXPECT_EQ(content.userScripts[0].source, BridgeScripts::notifications("default"));
-    EXPECT_EQ(content.userScripts[0].injectionTime, platform::InjectionTime::documentStart);
-    EXPECT_EQ(content.userScripts[0].frames, platform::InjectedFrames::allFrames);
+    ASSERT_THAT(content.userScripts, SizeIs(2));
+    EXPECT_EQ(content.userScripts[0].source, BridgeScripts::notificationRoads());
+    EXPECT_EQ(content.userScripts[1].source, BridgeScripts::notifications("default"));
+    for (auto const& script : content.userScripts) {
+        EXPECT_EQ(script.injectionTime, platform::InjectionTime::documentStart);
+        EXPECT_EQ(script.frames, platform::InjectedFrames::allFrames);
+    }
     EXPECT_EQ(content.messageHandlers[0].name, "tarnNotify");
     EXPECT_EQ(content.messageHandlers[0].reply, platform::MessageReply::none);
     EXPECT_EQ(content.messageHandlers[1].name, "tarnNotifyPermission");

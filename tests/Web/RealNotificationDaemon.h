@@ -5,6 +5,7 @@
 
 #include <gio/gio.h>
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ public:
         // Where a click on its popup means "open": in hundredths of the height from above, and pixels from the right.
         int clickHeight;
         int clickFromRight;
+
+        friend void PrintTo(Kind const& kind, std::ostream* stream) { *stream << kind.name; }
     };
     static std::vector<Kind> const& kinds();
 

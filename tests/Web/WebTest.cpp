@@ -43,6 +43,7 @@ void run(std::string const& command)
 WebTest::WebTest(stage::SignIn signIn)
     : stage(stage::StageServer::defaultServices(), { .logFile = std::nullopt, .signIn = signIn })
     , m_application(application())
+    , activation(*m_application)
 {
 }
 
@@ -79,8 +80,11 @@ void WebTest::launch(gtk::Sandbox& pageSandbox)
         .dockTile = dockTile,
         .defaults = defaults,
         .runLoop = runLoop,
+        .activation = activation,
+        .notificationCenter = notificationCenter.get(),
         .log = [this](std::string const& line) { log.push_back(line); },
     });
+    delegate->applicationWillFinishLaunching();
     delegate->applicationDidFinishLaunching();
 }
 

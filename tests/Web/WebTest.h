@@ -2,6 +2,7 @@
 
 #include "App/AppDelegate.h"
 #include "Fakes/FakeDesktop.h"
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/Gtk/WebView.h"
@@ -65,6 +66,8 @@ protected:
     FakeDockTile dockTile;
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;
+    // Taken up by the next launch; none unless the test sets one.
+    std::unique_ptr<platform::NotificationCenter> notificationCenter;
     std::vector<std::string> log;
     gtk::Sandbox sandbox;
     std::unique_ptr<gtk::WebEngine> engine;
@@ -75,6 +78,9 @@ private:
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
 
     Glib::RefPtr<Gtk::Application> m_application;
+
+protected:
+    gtk::Activation activation;
 };
 
 // Ends all processes that run pages, as a crash would.

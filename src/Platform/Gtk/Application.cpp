@@ -1,7 +1,9 @@
 #include "Platform/Gtk/Application.h"
 
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/DockTile.h"
 #include "Platform/Gtk/MainWindow.h"
+#include "Platform/Gtk/NotificationCenter.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/UserDefaults.h"
 #include "Platform/Gtk/Workspace.h"
@@ -28,16 +30,22 @@ struct Application::Ports {
         : defaults(options.configuration / "Tarn" / "settings.ini", logToSystem)
         , workspace(logToSystem)
         , dockTile(application.get_dbus_connection(), options.applicationId)
+        , activation(application)
+        , notificationCenter(application.get_dbus_connection(), options.applicationId)
         , engine(
               { .data = options.data / "Tarn" / "v2" / "WebsiteData", .cache = options.cache / "Tarn" / "WebsiteData" },
               application.m_sandbox, logToSystem, options.sessionSetUp)
     {
+        notificationCenter.onActivationToken
+            = [&application](std::string const& token) { Activation::setToken(application, token); };
     }
 
     RunLoop runLoop;
     UserDefaults defaults;
     Workspace workspace;
     DockTile dockTile;
+    Activation activation;
+    NotificationCenter notificationCenter;
     WebEngine engine;
 };
 
@@ -89,8 +97,11 @@ void Application::on_startup()
         .dockTile = m_ports->dockTile,
         .defaults = m_ports->defaults,
         .runLoop = m_ports->runLoop,
+        .activation = m_ports->activation,
+        .notificationCenter = &m_ports->notificationCenter,
         .log = logToSystem,
     });
+    m_delegate->applicationWillFinishLaunching();
 }
 
 void Application::on_activate()

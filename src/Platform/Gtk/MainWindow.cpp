@@ -1,5 +1,6 @@
 #include "Platform/Gtk/MainWindow.h"
 
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/WebView.h"
 
 #include <adwaita.h>
@@ -83,7 +84,7 @@ void MainWindow::present()
     m_application.add_window(m_window);
     if (!isVisible() && m_maximized)
         m_window.maximize();
-    m_window.present();
+    Activation::present(m_application, m_window);
 }
 
 void MainWindow::hide()
