@@ -169,7 +169,7 @@ void NotificationDaemon::notify(Notice notice, std::function<void(std::uint32_t,
         if (problem)
             completion(0, Problem { *problem });
         else if (m_present && !m_capabilities)
-            m_waitingForCapabilities.push_back([this, notice, completion] { send(notice, completion); });
+            m_waitingForCapabilities.emplace_back([this, notice, completion] { send(notice, completion); });
         else
             send(notice, completion);
     });
