@@ -30,7 +30,7 @@ std::string oneParagraph(std::string text)
     std::ranges::replace_if(
         text, [](unsigned char character) { return character < 0x20; }, ' ');
     for (std::string_view const separator : { "\u0085", "\u2028", "\u2029" }) {
-        for (auto at = text.find(separator); at != text.npos; at = text.find(separator, at))
+        for (auto at = text.find(separator); at != std::string::npos; at = text.find(separator, at))
             text.replace(at, separator.size(), " ");
     }
     return text;

@@ -16,7 +16,7 @@ std::string readBody(WebKitURISchemeRequest* request, std::size_t limit)
 {
     std::string body;
     auto* const stream = webkit_uri_scheme_request_get_http_body(request);
-    std::array<char, 16 * 1024> buffer {};
+    std::array<char, 16'384> buffer {};
     while (stream && body.size() <= limit) {
         // The engine hands the whole body over in memory: this does not wait.
         auto const count = g_input_stream_read(stream, buffer.data(), buffer.size(), nullptr, nullptr);

@@ -34,7 +34,7 @@ public:
     using Answer = Reply<std::string>;
     using Receiver = std::function<void(Message const&, Answer)>;
 
-    static constexpr std::size_t maximumBody = 8 * 1024 * 1024;
+    static constexpr std::size_t maximumBody { 8'388'608 };
 
     // Once per process, before the first view.
     MessageChannel(WebKitWebContext*, Log);

@@ -219,7 +219,7 @@ void NotificationDaemon::close(std::uint32_t id)
         [](GVariant*, GError const*) {});
 }
 
-void NotificationDaemon::received(char const* signal, GVariant* parameters)
+void NotificationDaemon::received(char const* signal, GVariant* parameters) const
 {
     std::string_view const name = signal;
     std::uint32_t id = 0;
