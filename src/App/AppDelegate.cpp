@@ -1,6 +1,7 @@
 #include "App/AppDelegate.h"
 
 #include "App/MainMenu.h"
+#include "Profiles/OneXMigration.h"
 
 namespace tarn {
 
@@ -27,7 +28,7 @@ void AppDelegate::applicationWillFinishLaunching()
 void AppDelegate::applicationDidFinishLaunching()
 {
     m_menuBar = std::make_unique<platform::MenuBar>(MainMenu::build());
-    m_profiles.emplace(m_environment.applicationSupport / "Tarn" / "v2", m_environment.store);
+    openProfiles();
     m_mainWindow = std::make_unique<MainWindowController>(*m_profiles,
         MainWindowController::Environment {
             .engine = m_environment.engine,
@@ -44,6 +45,16 @@ void AppDelegate::applicationDidFinishLaunching()
     if (m_notifications)
         m_notifications->askOnFirstLaunch();
     m_mainWindow->showWindow();
+}
+
+void AppDelegate::openProfiles()
+{
+    auto const folder = m_environment.applicationSupport / "Tarn";
+    m_profiles.emplace(folder / "v2", m_environment.store);
+    if (!m_profiles->createdFresh())
+        return;
+    if (auto migrated = OneXMigration::readProfiles(folder, *m_profiles, m_environment.store))
+        m_profiles->replaceAll(std::move(migrated->profiles), migrated->activeID);
 }
 
 void AppDelegate::applicationShouldHandleReopen()

@@ -31,6 +31,8 @@ public:
     MainWindowController& mainWindow() { return *m_mainWindow; }
 
 private:
+    void openProfiles();
+
     AppEnvironment m_environment;
     std::optional<NotificationBridge> m_notifications;
     std::unique_ptr<platform::MenuBar> m_menuBar;

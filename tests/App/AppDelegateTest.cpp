@@ -1,0 +1,96 @@
+#include "App/AppDelegate.h"
+
+#include "Fakes/FakeDesktop.h"
+#include "Fakes/FakeNotificationCenter.h"
+#include "Fakes/FakeWebEngine.h"
+#include "Fakes/ManualRunLoop.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+namespace tarn {
+namespace {
+
+class AppDelegateTest : public testing::Test {
+protected:
+    TemporaryFolder folder;
+    test::ManualRunLoop runLoop;
+    test::FakeWebEngine engine;
+    test::FakeWindowFactory windows;
+    test::FakeWorkspace workspace;
+    test::FakeDockTile dockTile;
+    test::FakeUserDefaults defaults;
+    test::FakeActivation activation;
+    test::FakeNotificationCenter notificationCenter;
+    AppEnvironment environment {
+        .applicationSupport = folder.path(),
+        .store = { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} },
+        .engine = engine,
+        .windows = windows,
+        .workspace = workspace,
+        .dockTile = dockTile,
+        .defaults = defaults,
+        .runLoop = runLoop,
+        .activation = activation,
+        .notificationCenter = &notificationCenter,
+        .log = [](std::string const&) {},
+    };
+    std::unique_ptr<AppDelegate> delegate { std::make_unique<AppDelegate>(environment) };
+};
+
+TEST_F(AppDelegateTest, LaunchesShowsAgainAndEnds)
+{
+    notificationCenter.status = platform::AuthorizationStatus::notDetermined;
+    delegate->applicationWillFinishLaunching();
+    EXPECT_NE(notificationCenter.delegate, nullptr) << "clicks have a receiver before anything is launched";
+    EXPECT_TRUE(notificationCenter.questions.empty());
+    delegate->applicationShouldHandleReopen();
+    EXPECT_EQ(windows.main.presented, 0) << "too early: there is no window yet";
+
+    delegate->applicationDidFinishLaunching();
+    notificationCenter.answerQuestions();
+    EXPECT_EQ(notificationCenter.requests, 1);
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "Tarn" / "v2" / "profiles.json"));
+    EXPECT_EQ(windows.main.presented, 1);
+
+    windows.main.visible = false;
+    delegate->applicationShouldHandleReopen();
+    EXPECT_TRUE(windows.main.visible);
+
+    windows.main.onFrameChange({ 800, 600, false });
+    auto const store = engine.storeOfView.front();
+    delegate->applicationWillTerminate();
+    EXPECT_EQ(windows.main.content, nullptr);
+    EXPECT_TRUE(engine.stores[store].expired());
+    EXPECT_EQ(defaults.values["TarnMainWindow"], "800x600");
+    delegate->applicationShouldHandleReopen();
+}
+
+TEST_F(AppDelegateTest, ProfilesOfOneXAreThereAtTheFirstStartOnly)
+{
+    auto const names = [&] {
+        std::vector<std::string> result;
+        for (auto const& profile : delegate->profiles().profiles())
+            result.push_back(profile.name);
+        return result;
+    };
+    std::filesystem::create_directory(folder / "Tarn");
+    std::ofstream(folder / "Tarn/profiles.json")
+        << R"({"activeProfileId": "b", "profiles": [{"id": "a", "name": "Home"}, {"id": "b", "name": "Work"}]})";
+    delegate->applicationDidFinishLaunching();
+    EXPECT_THAT(names(), testing::ElementsAre("Home", "Work"));
+    auto const work = delegate->profiles().active();
+    EXPECT_EQ(work.name, "Work");
+    EXPECT_EQ(engine.storeOfView.back(), work.id) << "the window opens on it";
+
+    delegate->profiles().remove(work.id);
+    delegate->applicationWillTerminate();
+    delegate = std::make_unique<AppDelegate>(environment);
+    delegate->applicationDidFinishLaunching();
+    EXPECT_THAT(names(), testing::ElementsAre("Home"));
+}
+
+}
+}
