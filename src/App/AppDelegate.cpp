@@ -36,6 +36,7 @@ void AppDelegate::applicationDidFinishLaunching()
             .menuBar = *m_menuBar,
             .workspace = m_environment.workspace,
             .dockTile = m_environment.dockTile,
+            .panels = m_environment.panels,
             .defaults = m_environment.defaults,
             .runLoop = m_environment.runLoop,
             .notifications = m_notifications ? &*m_notifications : nullptr,

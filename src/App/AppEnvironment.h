@@ -18,6 +18,7 @@ struct AppEnvironment {
     WindowFactory& windows;
     platform::Workspace& workspace;
     platform::DockTile& dockTile;
+    platform::Panels& panels;
     platform::UserDefaults& defaults;
     platform::RunLoop& runLoop;
     platform::Activation& activation;

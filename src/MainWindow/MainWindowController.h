@@ -7,6 +7,7 @@
 #include "MainWindow/UnreadWatch.h"
 #include "MainWindow/WebProcessRecovery.h"
 #include "MainWindow/WindowFactory.h"
+#include "Platform/Panels.h"
 #include "Platform/WebEngine.h"
 #include "Profiles/ProfileStore.h"
 #include "Profiles/WebViewPool.h"
@@ -31,6 +32,7 @@ public:
         platform::MenuBar& menuBar;
         platform::Workspace& workspace;
         platform::DockTile& dockTile;
+        platform::Panels& panels;
         platform::UserDefaults& defaults;
         platform::RunLoop& runLoop;
         // Outlives the controller; none where the application notifies nobody.
@@ -46,7 +48,7 @@ public:
     // Set by the owner; the profile menus then offer it.
     void setOnManageProfiles(std::function<void()>);
     SidebarView& sidebar() { return m_sidebar; }
-    platform::Window& window() { return *m_window; }
+    platform::WebWindow& window() { return *m_window; }
     WebViewPool& pool() { return *m_pool; }
     GoogleApp current() const { return m_current; }
 
@@ -89,7 +91,7 @@ private:
     SessionRefresher m_session;
     WebProcessRecovery m_recovery;
     PageNavigation m_navigation;
-    std::unique_ptr<platform::Window> m_window;
+    std::unique_ptr<platform::WebWindow> m_window;
     // After its delegates, so that the views end first.
     std::unique_ptr<WebViewPool> m_pool;
     std::optional<Uuid> m_poolProfileID;

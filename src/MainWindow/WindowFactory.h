@@ -23,7 +23,7 @@ class WindowFactory {
 public:
     virtual ~WindowFactory() = default;
 
-    virtual std::unique_ptr<platform::Window> makeMainWindow(
+    virtual std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, SidebarView&, platform::MenuBar&)
         = 0;
 };

@@ -15,15 +15,22 @@ struct WindowFrame {
     friend bool operator==(WindowFrame const&, WindowFrame const&) = default;
 };
 
-// The main window on the screen. Closing it hides it.
+// A window on the screen. Dialogs hang on it.
 class Window {
 public:
+    Window() = default;
+    Window(Window const&) = delete;
+    Window& operator=(Window const&) = delete;
     virtual ~Window() = default;
 
     // Shows it if it is hidden, raises it and makes it the active window.
     virtual void present() = 0;
     virtual bool isVisible() const = 0;
+};
 
+// The window that shows one of several web views. Closing it hides it.
+class WebWindow : public Window {
+public:
     // The one view in the content area, or none. The view must be taken out before it ends.
     virtual void setContent(WebView*) = 0;
     // Typing goes to the view from now on.

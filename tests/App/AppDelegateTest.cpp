@@ -2,6 +2,7 @@
 
 #include "Fakes/FakeDesktop.h"
 #include "Fakes/FakeNotificationCenter.h"
+#include "Fakes/FakePanels.h"
 #include "Fakes/FakeWebEngine.h"
 #include "Fakes/ManualRunLoop.h"
 #include "Support/TemporaryFolder.h"
@@ -21,6 +22,7 @@ protected:
     test::FakeWindowFactory windows;
     test::FakeWorkspace workspace;
     test::FakeDockTile dockTile;
+    test::FakePanels panels;
     test::FakeUserDefaults defaults;
     test::FakeActivation activation;
     test::FakeNotificationCenter notificationCenter;
@@ -31,6 +33,7 @@ protected:
         .windows = windows,
         .workspace = workspace,
         .dockTile = dockTile,
+        .panels = panels,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,

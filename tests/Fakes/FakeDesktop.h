@@ -54,7 +54,7 @@ struct WindowState {
     MainWindowAppearance appearance;
 };
 
-class FakeWindow final : public platform::Window {
+class FakeWindow final : public platform::WebWindow {
 public:
     explicit FakeWindow(WindowState& state)
         : m_state(state)
@@ -80,7 +80,7 @@ private:
 
 class FakeWindowFactory final : public WindowFactory {
 public:
-    std::unique_ptr<platform::Window> makeMainWindow(
+    std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const& appearance, SidebarView&, platform::MenuBar&) override
     {
         main.appearance = appearance;

@@ -2,6 +2,7 @@
 
 #include "App/MainMenu.h"
 #include "Fakes/FakeDesktop.h"
+#include "Fakes/FakePanels.h"
 #include "Fakes/FakeWebEngine.h"
 #include "Fakes/ManualRunLoop.h"
 #include "MainWindow/ProfileMenu.h"
@@ -38,6 +39,7 @@ protected:
     test::FakeWindowFactory windows;
     test::FakeWorkspace workspace;
     test::FakeDockTile dockTile;
+    test::FakePanels panels;
     test::FakeUserDefaults defaults;
     platform::MenuBar menuBar { MainMenu::build() };
     ProfileStore profiles { folder.path(),
@@ -48,6 +50,7 @@ protected:
             .menuBar = menuBar,
             .workspace = workspace,
             .dockTile = dockTile,
+            .panels = panels,
             .defaults = defaults,
             .runLoop = runLoop,
             .log = [](std::string const&) {} } };

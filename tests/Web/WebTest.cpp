@@ -78,6 +78,7 @@ void WebTest::launch(gtk::Sandbox& pageSandbox)
         .windows = *this,
         .workspace = workspace,
         .dockTile = dockTile,
+        .panels = panels,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,
@@ -99,7 +100,7 @@ void WebTest::terminate()
     engine.reset();
 }
 
-std::unique_ptr<platform::Window> WebTest::makeMainWindow(
+std::unique_ptr<platform::WebWindow> WebTest::makeMainWindow(
     MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
 {
     return std::make_unique<gtk::MainWindow>(*m_application, appearance, sidebar, menuBar, [] {});
@@ -107,7 +108,7 @@ std::unique_ptr<platform::Window> WebTest::makeMainWindow(
 
 Gtk::ApplicationWindow& WebTest::window()
 {
-    return static_cast<gtk::MainWindow&>(controller().window()).window();
+    return dynamic_cast<Gtk::ApplicationWindow&>(gtk::nativeOf(controller().window()));
 }
 
 std::filesystem::path WebTest::dataFolder(Uuid const& profile) const

@@ -3,6 +3,7 @@
 #include "App/AppDelegate.h"
 #include "Fakes/FakeDesktop.h"
 #include "Platform/Gtk/Activation.h"
+#include "Platform/Gtk/Panels.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/Gtk/WebView.h"
@@ -64,6 +65,7 @@ protected:
     stage::StageServer stage;
     FakeWorkspace workspace;
     FakeDockTile dockTile;
+    gtk::Panels panels;
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;
     // Taken up by the next launch; none unless the test sets one.
@@ -74,7 +76,7 @@ protected:
     std::unique_ptr<AppDelegate> delegate;
 
 private:
-    std::unique_ptr<platform::Window> makeMainWindow(
+    std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
 
     Glib::RefPtr<Gtk::Application> m_application;

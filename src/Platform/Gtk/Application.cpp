@@ -4,6 +4,7 @@
 #include "Platform/Gtk/DockTile.h"
 #include "Platform/Gtk/MainWindow.h"
 #include "Platform/Gtk/NotificationCenter.h"
+#include "Platform/Gtk/Panels.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/UserDefaults.h"
 #include "Platform/Gtk/Workspace.h"
@@ -44,6 +45,7 @@ struct Application::Ports {
     UserDefaults defaults;
     Workspace workspace;
     DockTile dockTile;
+    Panels panels;
     Activation activation;
     NotificationCenter notificationCenter;
     WebEngine engine;
@@ -95,6 +97,7 @@ void Application::on_startup()
         .windows = *this,
         .workspace = m_ports->workspace,
         .dockTile = m_ports->dockTile,
+        .panels = m_ports->panels,
         .defaults = m_ports->defaults,
         .runLoop = m_ports->runLoop,
         .activation = m_ports->activation,
@@ -132,7 +135,7 @@ void Application::terminate()
     m_farewell = m_ports->runLoop.after(farewellTime, [this] { quit(); });
 }
 
-std::unique_ptr<platform::Window> Application::makeMainWindow(
+std::unique_ptr<platform::WebWindow> Application::makeMainWindow(
     MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
 {
     // From a fresh turn of the loop: the window that asks ends with it.

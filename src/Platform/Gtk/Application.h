@@ -39,7 +39,7 @@ private:
     void on_activate() override;
     void loadStyle();
     void terminate();
-    std::unique_ptr<platform::Window> makeMainWindow(
+    std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
 
     Options m_options;

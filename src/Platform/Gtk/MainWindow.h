@@ -2,6 +2,7 @@
 
 #include "MainWindow/WindowFactory.h"
 #include "Platform/Gtk/MenuBarView.h"
+#include "Platform/Gtk/NativeWindow.h"
 #include "Platform/Gtk/SidebarView.h"
 #include "Platform/Window.h"
 
@@ -11,7 +12,7 @@
 
 namespace tarn::gtk {
 
-class MainWindow final : public platform::Window {
+class MainWindow final : public platform::WebWindow, public NativeWindow {
 public:
     MainWindow(Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&,
         std::function<void()> quit);
@@ -26,7 +27,7 @@ public:
         m_onFrameChange = std::move(onFrameChange);
     }
 
-    Gtk::ApplicationWindow& window() { return m_window; }
+    Gtk::Window& native() override { return m_window; }
 
 private:
     MenuBarView::PlatformCommands platformCommands(std::function<void()> quit);
