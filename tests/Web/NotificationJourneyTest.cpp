@@ -138,6 +138,9 @@ TEST_F(NotificationJourneyTest, TheOtherRoadsLeadToTheSamePlace)
                   "PermissionStatus))"),
         "grantedtrue");
     EXPECT_EQ(evaluate(mail(), "navigator.permissions.query({ name: 'nonsense' }).catch(e => e.name)"), "TypeError");
+    evaluate(mail(), "document.body.insertAdjacentHTML('beforeend', '<iframe id=unasked src=/_stage/posting.html>')");
+    waitUntil([&] { return evaluate(mail(), "unasked.contentWindow.Notification.permission") == "granted"; },
+        "permission in a frame that has not asked");
     EXPECT_EQ(evaluate(mail(), R"js((async () => {
         const registration = window.registration = await navigator.serviceWorker.register('/_stage/worker.js');
         for (const tag of ['a', 'b', 'a', ''])

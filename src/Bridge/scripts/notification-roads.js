@@ -15,6 +15,9 @@
   const define = (owner, name, value) =>
     Object.defineProperty(owner.prototype, name, { value, configurable: true, enumerable: true, writable: true });
 
+  // The application tells main frames by itself. Later: a document that is just beginning cannot send yet.
+  if (window !== window.top) setTimeout(permission, 0);
+
   if (window.ServiceWorkerRegistration) {
     const shown = new Set();
     define(ServiceWorkerRegistration, "showNotification", async function showNotification(title, options) {
