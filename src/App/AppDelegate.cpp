@@ -37,6 +37,7 @@ void AppDelegate::applicationDidFinishLaunching()
             .workspace = m_environment.workspace,
             .dockTile = m_environment.dockTile,
             .panels = m_environment.panels,
+            .networkMonitor = m_environment.networkMonitor,
             .defaults = m_environment.defaults,
             .runLoop = m_environment.runLoop,
             .notifications = m_notifications ? &*m_notifications : nullptr,

@@ -19,6 +19,7 @@ struct AppEnvironment {
     platform::Workspace& workspace;
     platform::DockTile& dockTile;
     platform::Panels& panels;
+    platform::NetworkMonitor& networkMonitor;
     platform::UserDefaults& defaults;
     platform::RunLoop& runLoop;
     platform::Activation& activation;

@@ -46,7 +46,16 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
     , m_unread(m_environment.dockTile, m_sidebar)
     , m_session(*this)
     , m_recovery(m_environment.runLoop)
-    , m_navigation(m_environment.workspace, m_session, m_recovery, m_environment.log)
+    , m_decisions(m_profiles.folder() / "Sites", m_environment.log)
+    , m_externalLinks(
+          m_environment.workspace, m_environment.panels, m_decisions,
+          [this](WebView const& view) { return profileOf(view); }, m_environment.log)
+    , m_permissions(
+          m_environment.panels, m_decisions, [this](WebView const& view) { return profileOf(view); }, m_environment.log)
+    , m_failedLoads(m_environment.networkMonitor, m_environment.runLoop)
+    , m_linkQuestion(m_environment.panels, m_environment.log)
+    , m_navigation(pageServices(), m_session)
+    , m_popups(m_environment.runLoop)
 {
     if (!m_dataStoreFor)
         m_dataStoreFor = [this](Uuid const& id) { return m_environment.engine.dataStore(id); };
@@ -57,10 +66,15 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
         if (&view == currentView())
             m_environment.menuBar.revalidate();
     };
-    if (auto* const notifications = m_environment.notifications) {
+    m_navigation.onAsk = [this](Url const& url) { askWhereToOpen(url); };
+    m_navigation.onPopup = [this](WebView&, platform::WebViewConfiguration const& configuration) {
+        auto* const popup = m_poolProfileID ? openPopup(configuration, *m_poolProfileID) : nullptr;
+        return popup ? &popup->webView() : nullptr;
+    };
+    m_linkQuestion.onNewWindow = [this](Url const& url) { openWindow(url); };
+    m_linkQuestion.onDefaultBrowser = [this](Url const& url) { m_environment.workspace.open(url); };
+    if (auto* const notifications = m_environment.notifications)
         notifications->onShow = [this](WebView& view) { bringForward(view); };
-        m_navigation.onFinish = [notifications](WebView& view) { notifications->pushPermission(view); };
-    }
     makeWindow();
     m_profilesConnection = m_profiles.profilesDidChange.connect([this] { profilesChanged(); });
     profilesChanged();
@@ -70,6 +84,7 @@ MainWindowController::~MainWindowController()
 {
     if (m_environment.notifications)
         m_environment.notifications->onShow = nullptr;
+    m_popups.closeAll();
     m_window->setContent(nullptr);
 }
 
@@ -167,10 +182,65 @@ void MainWindowController::bringForward(WebView const& view)
 {
     auto const& views = m_pool->views();
     auto const shown = std::ranges::find_if(views, [&](auto const& entry) { return entry.second.get() == &view; });
-    if (shown == views.end())
+    if (shown != views.end()) {
+        show(shown->first);
+        showWindow();
+    } else if (auto* const popup = m_popups.find(view)) {
+        popup->present();
+    }
+}
+
+PageServices MainWindowController::pageServices()
+{
+    return {
+        .externalLinks = m_externalLinks,
+        .failedLoads = m_failedLoads,
+        .permissions = m_permissions,
+        .recovery = m_recovery,
+        .notifications = m_environment.notifications,
+        .log = m_environment.log,
+    };
+}
+
+Uuid MainWindowController::profileOf(WebView const& view) const
+{
+    return m_popups.profileOf(view).value_or(m_poolProfileID.value_or(m_profiles.activeID()));
+}
+
+PopupWindowController* MainWindowController::openPopup(
+    platform::WebViewConfiguration const& configuration, Uuid const& profile)
+{
+    if (m_popups.isFull()) {
+        m_environment.log("[Popups] refused a window: too many are open");
+        return nullptr;
+    }
+    auto& popup = m_popups.add(profile,
+        std::make_unique<PopupWindowController>(
+            m_environment.engine, m_environment.windows, configuration, pageServices()));
+    popup.onClose = [this, &popup] {
+        m_recovery.forget(popup.webView());
+        m_popups.remove(popup);
+    };
+    popup.onPopup = [this, profile](platform::WebViewConfiguration const& further) {
+        auto* const next = openPopup(further, profile);
+        return next ? &next->webView() : nullptr;
+    };
+    popup.onAsk = [this](Url const& url) { askWhereToOpen(url); };
+    return &popup;
+}
+
+void MainWindowController::openWindow(Url const& url)
+{
+    auto* const popup = m_poolProfileID ? openPopup(m_pool->makeConfiguration(), *m_poolProfileID) : nullptr;
+    if (!popup)
         return;
-    show(shown->first);
-    showWindow();
+    popup->present();
+    popup->webView().load({ .url = url });
+}
+
+void MainWindowController::askWhereToOpen(Url const& url)
+{
+    m_linkQuestion.ask(url, m_window->isVisible() ? platform::SheetParent(m_window.get()) : platform::SheetParent());
 }
 
 WebView* MainWindowController::currentView() const
@@ -201,6 +271,8 @@ void MainWindowController::applyZoom(std::optional<double> delta)
 void MainWindowController::deleteProfile(Uuid const& id, std::function<void(std::optional<std::string>)> completion)
 {
     m_profiles.remove(id);
+    m_popups.closeAll(id);
+    m_decisions.remove(id);
     DataStoreRemoval::start(m_environment.engine, m_environment.runLoop, id, m_lifetime.guard(std::move(completion)));
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "MainWindow/FrameAutosave.h"
+#include "MainWindow/LinkQuestion.h"
 #include "MainWindow/PageNavigation.h"
+#include "MainWindow/PopupList.h"
 #include "MainWindow/SessionRefresher.h"
 #include "MainWindow/SidebarView.h"
 #include "MainWindow/UnreadWatch.h"
@@ -33,6 +35,7 @@ public:
         platform::Workspace& workspace;
         platform::DockTile& dockTile;
         platform::Panels& panels;
+        platform::NetworkMonitor& networkMonitor;
         platform::UserDefaults& defaults;
         platform::RunLoop& runLoop;
         // Outlives the controller; none where the application notifies nobody.
@@ -51,12 +54,16 @@ public:
     platform::WebWindow& window() { return *m_window; }
     WebViewPool& pool() { return *m_pool; }
     GoogleApp current() const { return m_current; }
+    PopupList& popups() { return m_popups; }
 
     // Does nothing for an app that the active profile does not use.
     void show(GoogleApp);
     void showWindow() { m_window->present(); }
-    // Shows the app whose view this is, and the window. Nothing for a view that is gone.
+    // Shows the app whose view this is, and the window; or the popup. Nothing for a view that is gone.
     void bringForward(platform::WebView const&);
+    // In a new popup window of the active profile.
+    void openWindow(Url const&);
+    void askWhereToOpen(Url const&);
     // The profile is gone at once; its website data then follows. Throws ProfileStore::Failure and changes nothing when
     // the store refuses. The completion gets the reason why data was left on disk, or nothing.
     void deleteProfile(Uuid const&, std::function<void(std::optional<std::string>)> completion);
@@ -75,6 +82,10 @@ private:
     void applyZoom(std::optional<double> delta);
     platform::WebView* currentView() const;
     platform::Menu profileMenu();
+    PageServices pageServices();
+    Uuid profileOf(platform::WebView const&) const;
+    // None when there are too many already.
+    PopupWindowController* openPopup(platform::WebViewConfiguration const&, Uuid const& profile);
 
     std::chrono::steady_clock::time_point now() const override { return m_environment.runLoop.now(); }
     void reloadOtherApps(platform::WebView const& except) override;
@@ -90,10 +101,16 @@ private:
     UnreadWatch m_unread;
     SessionRefresher m_session;
     WebProcessRecovery m_recovery;
+    SiteDecisions m_decisions;
+    ExternalLinks m_externalLinks;
+    PermissionQuestion m_permissions;
+    FailedLoads m_failedLoads;
+    LinkQuestion m_linkQuestion;
     PageNavigation m_navigation;
     std::unique_ptr<platform::WebWindow> m_window;
     // After its delegates, so that the views end first.
     std::unique_ptr<WebViewPool> m_pool;
+    PopupList m_popups;
     std::optional<Uuid> m_poolProfileID;
     ScopedConnection m_profilesConnection;
     Lifetime m_lifetime;

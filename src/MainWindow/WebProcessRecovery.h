@@ -23,7 +23,9 @@ public:
     }
 
     void didTerminate(platform::WebView&, platform::ProcessTermination const&);
-    // The views are gone.
+    // The view is gone.
+    void forget(platform::WebView const& view) { m_reloads.erase(&view); }
+    // All views are gone, or start afresh.
     void forgetViews() { m_reloads.clear(); }
 
 private:

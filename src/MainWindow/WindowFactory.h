@@ -26,6 +26,8 @@ public:
     virtual std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, SidebarView&, platform::MenuBar&)
         = 0;
+    // The menu bar is not drawn: it gives the window its commands. The view outlives the window.
+    virtual std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) = 0;
 };
 
 }

@@ -23,10 +23,20 @@ struct NavigationAction {
     bool userGesture { false };
 };
 
-// Why a page could not be loaded, in plain words of the platform: "Could not connect to host".
+// Why a page could not be loaded.
 struct LoadFailure {
+    enum class Kind {
+        nameNotFound,
+        cannotConnect,
+        timedOut,
+        // The server's certificate cannot be trusted.
+        notSecure,
+        other,
+    };
     std::string url;
-    std::string reason;
+    Kind kind { Kind::other };
+    // In words of the engine; they are shown for "other" only.
+    std::string reason {};
 };
 
 // How the process that ran a page ended.

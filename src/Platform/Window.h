@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace tarn::platform {
 
@@ -37,6 +38,31 @@ public:
     virtual void focus(WebView&) = 0;
 
     virtual void setOnFrameChange(std::function<void(WindowFrame)>) = 0;
+};
+
+// Where the page of a window comes from, as its title bar shows it.
+struct PageOrigin {
+    enum class Connection { none, secure, insecure };
+    // The host, in ASCII; of a page without one, its address.
+    std::string text;
+    Connection connection { Connection::none };
+
+    friend bool operator==(PageOrigin const&, PageOrigin const&) = default;
+};
+
+// The window of one web view. It is made hidden.
+class PopupWindow : public Window {
+public:
+    // In points; more than the screen has is cut. For a window that has not been shown yet.
+    virtual void setContentSize(int width, int height) = 0;
+    // Any text.
+    virtual void setTitle(std::string const&) = 0;
+    virtual void setOrigin(PageOrigin const&) = 0;
+
+    // As if the user closed it.
+    virtual void close() = 0;
+    // Called once, when the window has gone from the screen. It must not end in the call.
+    virtual void setOnClose(std::function<void()>) = 0;
 };
 
 }

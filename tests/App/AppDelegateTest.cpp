@@ -23,6 +23,7 @@ protected:
     test::FakeWorkspace workspace;
     test::FakeDockTile dockTile;
     test::FakePanels panels;
+    test::FakeNetworkMonitor networkMonitor;
     test::FakeUserDefaults defaults;
     test::FakeActivation activation;
     test::FakeNotificationCenter notificationCenter;
@@ -34,6 +35,7 @@ protected:
         .workspace = workspace,
         .dockTile = dockTile,
         .panels = panels,
+        .networkMonitor = networkMonitor,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,

@@ -2,12 +2,15 @@
 
 #include "MainWindow/WindowFactory.h"
 #include "Platform/DockTile.h"
+#include "Platform/NetworkMonitor.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/WebView.h"
 #include "Platform/Workspace.h"
 
 #include <map>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tarn::test {
@@ -78,6 +81,68 @@ private:
     WindowState& m_state;
 };
 
+class FakeNetworkMonitor final : public platform::NetworkMonitor {
+public:
+    bool isAvailable() const override { return available; }
+    void setOnChange(std::function<void()> callback) override { onChange = std::move(callback); }
+
+    void change(bool nowAvailable)
+    {
+        available = nowAvailable;
+        if (onChange)
+            onChange();
+    }
+
+    bool available { true };
+    std::function<void()> onChange;
+};
+
+struct PopupState {
+    bool visible { false };
+    bool ended { false };
+    int presented { 0 };
+    int width { 0 };
+    int height { 0 };
+    std::string title;
+    platform::PageOrigin origin;
+    platform::WebView* content { nullptr };
+    platform::MenuBar* menuBar { nullptr };
+    std::function<void()> onClose;
+};
+
+class FakePopupWindow final : public platform::PopupWindow {
+public:
+    explicit FakePopupWindow(std::shared_ptr<PopupState> state)
+        : m_state(std::move(state))
+    {
+    }
+    ~FakePopupWindow() override { m_state->ended = true; }
+
+    void present() override
+    {
+        m_state->visible = true;
+        ++m_state->presented;
+    }
+    bool isVisible() const override { return m_state->visible; }
+    void setContentSize(int width, int height) override
+    {
+        m_state->width = width;
+        m_state->height = height;
+    }
+    void setTitle(std::string const& title) override { m_state->title = title; }
+    void setOrigin(platform::PageOrigin const& origin) override { m_state->origin = origin; }
+    void close() override
+    {
+        m_state->visible = false;
+        if (auto const onClose = std::exchange(m_state->onClose, nullptr))
+            onClose();
+    }
+    void setOnClose(std::function<void()> onClose) override { m_state->onClose = std::move(onClose); }
+
+private:
+    std::shared_ptr<PopupState> m_state;
+};
+
 class FakeWindowFactory final : public WindowFactory {
 public:
     std::unique_ptr<platform::WebWindow> makeMainWindow(
@@ -86,8 +151,17 @@ public:
         main.appearance = appearance;
         return std::make_unique<FakeWindow>(main);
     }
+    std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar) override
+    {
+        auto& state = popups.emplace_back(std::make_shared<PopupState>());
+        state->content = &view;
+        state->menuBar = &menuBar;
+        return std::make_unique<FakePopupWindow>(state);
+    }
 
     WindowState main;
+    // In the order they were made, the ended ones too.
+    std::vector<std::shared_ptr<PopupState>> popups;
 };
 
 }

@@ -34,10 +34,9 @@ public:
     }
     void dismiss(platform::SheetParent parent) override
     {
-        auto const hangsOnIt = [&](auto const& shown) { return shown.parent == parent; };
-        std::erase_if(alerts, hangsOnIt);
-        std::erase_if(openPanels, hangsOnIt);
-        std::erase_if(savePanels, hangsOnIt);
+        dismiss(alerts, parent);
+        dismiss(openPanels, parent);
+        dismiss(savePanels, parent);
     }
 
     // The oldest of each kind is answered.
@@ -53,6 +52,15 @@ public:
     std::deque<Shown<platform::SavePanel, std::optional<std::filesystem::path>>> savePanels;
 
 private:
+    // Taken out first: a dropped reply may show the next one.
+    template <typename Shown> static void dismiss(std::deque<Shown>& open, platform::SheetParent parent)
+    {
+        std::deque<Shown> dismissed;
+        std::deque<Shown> kept;
+        for (auto& shown : open)
+            (shown.parent == parent ? dismissed : kept).push_back(std::move(shown));
+        open = std::move(kept);
+    }
     template <typename Panel, typename Answer> static void answer(std::deque<Shown<Panel, Answer>>& open, Answer answer)
     {
         auto shown = std::move(open.front());

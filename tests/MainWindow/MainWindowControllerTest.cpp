@@ -40,6 +40,7 @@ protected:
     test::FakeWorkspace workspace;
     test::FakeDockTile dockTile;
     test::FakePanels panels;
+    test::FakeNetworkMonitor networkMonitor;
     test::FakeUserDefaults defaults;
     platform::MenuBar menuBar { MainMenu::build() };
     ProfileStore profiles { folder.path(),
@@ -51,6 +52,7 @@ protected:
             .workspace = workspace,
             .dockTile = dockTile,
             .panels = panels,
+            .networkMonitor = networkMonitor,
             .defaults = defaults,
             .runLoop = runLoop,
             .log = [](std::string const&) {} } };

@@ -47,6 +47,7 @@ protected:
     test::FakeWorkspace workspace;
     test::FakeDockTile dockTile;
     test::FakePanels panels;
+    test::FakeNetworkMonitor networkMonitor;
     test::FakeUserDefaults defaults;
     test::FakeActivation activation;
     test::FakeNotificationCenter center;
@@ -59,6 +60,7 @@ protected:
         .workspace = workspace,
         .dockTile = dockTile,
         .panels = panels,
+        .networkMonitor = networkMonitor,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,

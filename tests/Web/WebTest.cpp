@@ -1,6 +1,7 @@
 #include "Web/WebTest.h"
 
 #include "Platform/Gtk/MainWindow.h"
+#include "Platform/Gtk/PopupWindow.h"
 #include "Platform/Gtk/Renderers.h"
 
 #include <adwaita.h>
@@ -79,6 +80,7 @@ void WebTest::launch(gtk::Sandbox& pageSandbox)
         .workspace = workspace,
         .dockTile = dockTile,
         .panels = panels,
+        .networkMonitor = networkMonitor,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,
@@ -104,6 +106,11 @@ std::unique_ptr<platform::WebWindow> WebTest::makeMainWindow(
     MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
 {
     return std::make_unique<gtk::MainWindow>(*m_application, appearance, sidebar, menuBar, [] {});
+}
+
+std::unique_ptr<platform::PopupWindow> WebTest::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)
+{
+    return std::make_unique<gtk::PopupWindow>(*m_application, view, menuBar, [] {});
 }
 
 Gtk::ApplicationWindow& WebTest::window()

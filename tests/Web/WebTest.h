@@ -66,6 +66,7 @@ protected:
     FakeWorkspace workspace;
     FakeDockTile dockTile;
     gtk::Panels panels;
+    FakeNetworkMonitor networkMonitor;
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;
     // Taken up by the next launch; none unless the test sets one.
@@ -78,6 +79,7 @@ protected:
 private:
     std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
+    std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
 
     Glib::RefPtr<Gtk::Application> m_application;
 

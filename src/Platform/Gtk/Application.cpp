@@ -3,8 +3,10 @@
 #include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/DockTile.h"
 #include "Platform/Gtk/MainWindow.h"
+#include "Platform/Gtk/NetworkMonitor.h"
 #include "Platform/Gtk/NotificationCenter.h"
 #include "Platform/Gtk/Panels.h"
+#include "Platform/Gtk/PopupWindow.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/UserDefaults.h"
 #include "Platform/Gtk/Workspace.h"
@@ -46,6 +48,7 @@ struct Application::Ports {
     Workspace workspace;
     DockTile dockTile;
     Panels panels;
+    NetworkMonitor networkMonitor;
     Activation activation;
     NotificationCenter notificationCenter;
     WebEngine engine;
@@ -98,6 +101,7 @@ void Application::on_startup()
         .workspace = m_ports->workspace,
         .dockTile = m_ports->dockTile,
         .panels = m_ports->panels,
+        .networkMonitor = m_ports->networkMonitor,
         .defaults = m_ports->defaults,
         .runLoop = m_ports->runLoop,
         .activation = m_ports->activation,
@@ -141,6 +145,12 @@ std::unique_ptr<platform::WebWindow> Application::makeMainWindow(
     // From a fresh turn of the loop: the window that asks ends with it.
     return std::make_unique<MainWindow>(
         *this, appearance, sidebar, menuBar, [this] { m_ports->runLoop.post([this] { terminate(); }); });
+}
+
+std::unique_ptr<platform::PopupWindow> Application::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)
+{
+    return std::make_unique<PopupWindow>(
+        *this, view, menuBar, [this] { m_ports->runLoop.post([this] { terminate(); }); });
 }
 
 }

@@ -41,6 +41,7 @@ private:
     void terminate();
     std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
+    std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
 
     Options m_options;
     // Tried while the toolkit starts.

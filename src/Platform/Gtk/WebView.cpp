@@ -34,9 +34,18 @@ WebKitUserScript* makeUserScript(platform::UserScript const& script)
         nullptr, nullptr);
 }
 
+// Everything of the opener's goes over to the new view but the settings.
+Ref<WebKitWebView> makeRelatedView(WebKitWebView* opener)
+{
+    return sink(WEBKIT_WEB_VIEW(g_object_new(
+        WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings", webkit_web_view_get_settings(opener), nullptr)));
+}
+
 Ref<WebKitWebView> makeView(
     platform::WebViewConfiguration const& configuration, WebKitWebContext* context, MessageChannel const& channel)
 {
+    if (configuration.opener)
+        return makeRelatedView(static_cast<WebView*>(configuration.opener)->engineView());
     auto const contentManager
         = channel.contentManagerWithScripts({ ClickWatch::script(), ScriptMessages::relayScript() });
     auto const add = [&](platform::UserScript const& script) {
@@ -79,6 +88,23 @@ platform::NavigationAction translate(WebKitNavigationAction* action)
     return result;
 }
 
+platform::LoadFailure::Kind kindOf(GError const* error)
+{
+    using Kind = platform::LoadFailure::Kind;
+    if (error->domain == G_RESOLVER_ERROR)
+        return Kind::nameNotFound;
+    if (error->domain == G_TLS_ERROR)
+        return Kind::notSecure;
+    if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT))
+        return Kind::timedOut;
+    for (int const code : { G_IO_ERROR_CONNECTION_REFUSED, G_IO_ERROR_HOST_UNREACHABLE, G_IO_ERROR_NETWORK_UNREACHABLE,
+             G_IO_ERROR_HOST_NOT_FOUND, G_IO_ERROR_CONNECTION_CLOSED, G_IO_ERROR_PROXY_FAILED }) {
+        if (g_error_matches(error, G_IO_ERROR, code))
+            return Kind::cannotConnect;
+    }
+    return Kind::other;
+}
+
 bool isChannelAddress(std::string const& url)
 {
     return url.starts_with(std::string(MessageChannel::scheme) + ":");
@@ -88,18 +114,19 @@ bool isChannelAddress(std::string const& url)
 
 WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebContext* context,
     MessageChannel& channel, Sandbox& sandbox)
-    : m_dataStore(configuration.dataStore)
+    : m_configuration(configuration)
     , m_channel(channel)
     , m_sandbox(sandbox)
     , m_view(makeView(configuration, context, channel))
     , m_messages(*this, m_view.get(), configuration.userContentController.messageHandlers)
     , m_onDecidePolicy(
           m_view.get(), "decide-policy", [this](auto* decision, auto type) { return decidePolicy(decision, type); })
-    , m_onCreate(m_view.get(), "create",
-          [this](WebKitNavigationAction* action) -> GtkWidget* {
+    , m_onCreate(m_view.get(), "create", [this](WebKitNavigationAction* action) { return createWindow(action); })
+    , m_onReadyToShow(m_view.get(), "ready-to-show", [this] { readyToShow(); })
+    , m_onClose(m_view.get(), "close",
+          [this] {
               if (m_uiDelegate)
-                  m_uiDelegate->requestNewWindow(*this, translate(action));
-              return nullptr;
+                  m_uiDelegate->didClose(*this);
           })
     , m_onLoadChanged(m_view.get(), "load-changed", [this](auto event) { loadChanged(event); })
     , m_onLoadFailed(m_view.get(), "load-failed",
@@ -110,13 +137,13 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
               bool const intended = g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)
                   || error->domain == WEBKIT_POLICY_ERROR;
               if (!intended)
-                  fail(url, error->message);
+                  fail({ .url = url, .kind = kindOf(error), .reason = error->message });
               return TRUE;
           })
     , m_onTlsFailed(m_view.get(), "load-failed-with-tls-errors",
           [this](char const* url, GTlsCertificate*, GTlsCertificateFlags) -> gboolean {
               m_loadFailed = true;
-              fail(url, "The connection is not secure: the server's certificate cannot be trusted.");
+              fail({ .url = url, .kind = platform::LoadFailure::Kind::notSecure });
               return TRUE;
           })
     , m_onTerminated(m_view.get(), "web-process-terminated", [this](auto reason) { processTerminated(reason); })
@@ -133,7 +160,13 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
           })
     // The engine's own answer is a dialog in a nested main loop, which would stop every other page.
     , m_onPrint(m_view.get(), "print", [](WebKitPrintOperation*) -> gboolean { return TRUE; })
+    , m_permissions(*this, m_view.get(), [this] { return m_uiDelegate; })
 {
+    if (configuration.opener) {
+        auto const& opener = widgetOf(*configuration.opener);
+        m_openerSize = { opener.get_width(), opener.get_height() };
+    }
+    m_configuration.opener = nullptr;
     m_stack.add(*Glib::wrap(GTK_WIDGET(m_view.get())), "page");
     m_channel.setReceiver(m_view.get(), [this](auto const& message, MessageChannel::Answer answer) {
         if (message.name.starts_with("click"))
@@ -167,7 +200,7 @@ void WebView::load(platform::UrlRequest const& request)
             if (!webkit_web_view_is_loading(m_view.get()))
                 return;
             webkit_web_view_stop_loading(m_view.get());
-            fail(m_timeoutUrl, "The server did not answer.");
+            fail({ .url = m_timeoutUrl, .kind = platform::LoadFailure::Kind::timedOut });
         });
         webkit_web_view_load_uri(m_view.get(), request.url.string().c_str());
     });
@@ -226,6 +259,32 @@ void WebView::showNotice(std::optional<platform::PageNotice> notice)
         grabFocus();
 }
 
+GtkWidget* WebView::createWindow(WebKitNavigationAction* action)
+{
+    if (!m_uiDelegate)
+        return nullptr;
+    auto configuration = m_configuration;
+    configuration.opener = this;
+    auto* const view = m_uiDelegate->createWebView(*this, configuration, translate(action));
+    return view ? GTK_WIDGET(static_cast<WebView*>(view)->engineView()) : nullptr;
+}
+
+void WebView::readyToShow()
+{
+    if (!m_uiDelegate)
+        return;
+    // Where the page says nothing, the engine names the size of the opener, or 100 for links.
+    constexpr int nothing = 100;
+    GdkRectangle size {};
+    webkit_window_properties_get_geometry(webkit_web_view_get_window_properties(m_view.get()), &size);
+    platform::WindowFeatures features;
+    if (size.width > nothing && size.width != m_openerSize.first)
+        features.width = size.width;
+    if (size.height > nothing && size.height != m_openerSize.second)
+        features.height = size.height;
+    m_uiDelegate->readyToShow(*this, features);
+}
+
 gboolean WebView::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type)
 {
     // Windows are decided on when they are made; responses by the engine.
@@ -273,11 +332,11 @@ void WebView::loadChanged(WebKitLoadEvent event)
     }
 }
 
-void WebView::fail(std::string const& url, std::string const& reason)
+void WebView::fail(platform::LoadFailure const& failure)
 {
     m_timeout.reset();
     if (m_navigationDelegate)
-        m_navigationDelegate->didFail(*this, { .url = url, .reason = reason });
+        m_navigationDelegate->didFail(*this, failure);
 }
 
 void WebView::processTerminated(WebKitWebProcessTerminationReason reason)

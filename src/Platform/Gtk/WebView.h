@@ -2,6 +2,7 @@
 
 #include "Platform/Gtk/ClickWatch.h"
 #include "Platform/Gtk/MessageChannel.h"
+#include "Platform/Gtk/PagePermissions.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/ScriptMessages.h"
@@ -12,6 +13,8 @@
 
 #include <gtkmm/stack.h>
 #include <webkit/webkit.h>
+
+#include <utility>
 
 namespace tarn::gtk {
 
@@ -47,15 +50,19 @@ public:
     void showNotice(std::optional<platform::PageNotice>) override;
 
 private:
+    GtkWidget* createWindow(WebKitNavigationAction*);
+    void readyToShow();
     gboolean decidePolicy(WebKitPolicyDecision*, WebKitPolicyDecisionType);
     void loadChanged(WebKitLoadEvent);
-    void fail(std::string const& url, std::string const& reason);
+    void fail(platform::LoadFailure const&);
     void processTerminated(WebKitWebProcessTerminationReason);
     void urlChanged();
     void whenPagesCanRun(std::function<void()>);
 
-    // A store is in use as long as a view of it is there.
-    std::shared_ptr<platform::WebsiteDataStore> m_dataStore;
+    // What windows of its pages are made with too. Its store is in use as long as a view of it is there.
+    platform::WebViewConfiguration m_configuration;
+    // In points, of the opener when it opened this; what the page wants of its own size differs from it.
+    std::pair<int, int> m_openerSize { 0, 0 };
     MessageChannel& m_channel;
     Sandbox& m_sandbox;
     RunLoop m_runLoop;
@@ -76,6 +83,8 @@ private:
     std::unique_ptr<NoticeView> m_notice;
     Signal<gboolean(WebKitPolicyDecision*, WebKitPolicyDecisionType)> m_onDecidePolicy;
     Signal<GtkWidget*(WebKitNavigationAction*)> m_onCreate;
+    Signal<void()> m_onReadyToShow;
+    Signal<void()> m_onClose;
     Signal<void(WebKitLoadEvent)> m_onLoadChanged;
     Signal<gboolean(WebKitLoadEvent, char const*, GError*)> m_onLoadFailed;
     Signal<gboolean(char const*, GTlsCertificate*, GTlsCertificateFlags)> m_onTlsFailed;
@@ -84,6 +93,7 @@ private:
     Signal<void(GParamSpec*)> m_onUrl;
     Signal<void(WebKitBackForwardListItem*, gpointer)> m_onHistory;
     Signal<gboolean(WebKitPrintOperation*)> m_onPrint;
+    PagePermissions m_permissions;
     Lifetime m_lifetime;
 };
 

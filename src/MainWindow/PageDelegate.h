@@ -1,0 +1,59 @@
+#pragma once
+
+#include "MainWindow/ExternalLinks.h"
+#include "MainWindow/FailedLoads.h"
+#include "MainWindow/PermissionQuestion.h"
+#include "MainWindow/WebProcessRecovery.h"
+#include "Platform/UIDelegate.h"
+
+#include <functional>
+
+namespace tarn {
+
+class NotificationBridge;
+
+// What all pages are served with. It outlives their views.
+struct PageServices {
+    ExternalLinks& externalLinks;
+    FailedLoads& failedLoads;
+    PermissionQuestion& permissions;
+    WebProcessRecovery& recovery;
+    // None where the application notifies nobody.
+    NotificationBridge* notifications { nullptr };
+    Log log;
+};
+
+// What holds for every page alike, in the app views and in popups.
+class PageDelegate : public platform::NavigationDelegate, public platform::UIDelegate {
+public:
+    void didCommit(platform::WebView&) override;
+    void didFinish(platform::WebView&) override;
+    void didFail(platform::WebView&, platform::LoadFailure const&) override;
+    void webContentProcessDidTerminate(platform::WebView&, platform::ProcessTermination const&) override;
+
+    void requestPermission(platform::WebView&, platform::PermissionRequest const&, Reply<bool>) override;
+    platform::PermissionState permissionState(platform::WebView&, platform::Permission) override;
+
+protected:
+    explicit PageDelegate(PageServices);
+    ~PageDelegate() = default;
+
+    // The action's URL. Without one there is nothing to decide; an unreadable one is refused, with a log line.
+    struct Target {
+        std::optional<Url> url;
+        bool isReadable { true };
+    };
+    Target target(platform::NavigationAction const&) const;
+    // With the command key, or the middle button, which means "elsewhere" just as much.
+    static bool isMeantForElsewhere(platform::NavigationAction const&);
+    // Frames go where they like on the web; to other programs they lead as their page does.
+    platform::NavigationPolicy decideInFrame(platform::WebView&, Url const&, platform::NavigationAction const&);
+    platform::WebView* decideNewWindow(platform::WebView&, platform::NavigationAction const&,
+        std::function<void(Url const&)> const& ask, std::function<platform::WebView*()> const& open);
+    void openExternally(platform::WebView&, Url const&, platform::NavigationAction const&);
+
+private:
+    PageServices m_services;
+};
+
+}

@@ -1,0 +1,56 @@
+#include "MainWindow/PopupList.h"
+
+#include <algorithm>
+
+namespace tarn {
+
+PopupList::PopupList(platform::RunLoop& runLoop)
+    : m_runLoop(runLoop)
+{
+}
+
+PopupWindowController& PopupList::add(Uuid const& profile, std::unique_ptr<PopupWindowController> popup)
+{
+    return *m_entries.emplace_back(profile, std::move(popup)).controller;
+}
+
+void PopupList::remove(PopupWindowController const& popup)
+{
+    auto const entry = std::ranges::find(m_entries, &popup, [](Entry const& one) { return one.controller.get(); });
+    if (entry == m_entries.end())
+        return;
+    m_closed.push_back(std::move(*entry));
+    m_entries.erase(entry);
+    m_runLoop.post(m_lifetime.guard([this] { m_closed.clear(); }));
+}
+
+void PopupList::closeAll(Uuid const& profile)
+{
+    std::erase_if(m_entries, [&](Entry const& entry) { return entry.profile == profile; });
+    std::erase_if(m_closed, [&](Entry const& entry) { return entry.profile == profile; });
+}
+
+void PopupList::closeAll()
+{
+    m_entries.clear();
+    m_closed.clear();
+}
+
+PopupList::Entries::const_iterator PopupList::entryOf(platform::WebView const& view) const
+{
+    return std::ranges::find(m_entries, &view, [](Entry const& entry) { return &entry.controller->webView(); });
+}
+
+PopupWindowController* PopupList::find(platform::WebView const& view) const
+{
+    auto const entry = entryOf(view);
+    return entry == m_entries.end() ? nullptr : entry->controller.get();
+}
+
+std::optional<Uuid> PopupList::profileOf(platform::WebView const& view) const
+{
+    auto const entry = entryOf(view);
+    return entry == m_entries.end() ? std::nullopt : std::optional(entry->profile);
+}
+
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Platform/Gtk/MenuBarView.h"
+#include "Platform/Gtk/NativeWindow.h"
+#include "Platform/Window.h"
+
+#include <gtkmm/applicationwindow.h>
+#include <gtkmm/box.h>
+#include <gtkmm/headerbar.h>
+#include <gtkmm/image.h>
+#include <gtkmm/label.h>
+
+namespace tarn::gtk {
+
+class WebView;
+
+class PopupWindow final : public platform::PopupWindow, public NativeWindow {
+public:
+    PopupWindow(Gtk::Application&, platform::WebView&, platform::MenuBar&, std::function<void()> quit);
+    ~PopupWindow() override;
+
+    void present() override;
+    bool isVisible() const override { return m_window.is_visible(); }
+    void setContentSize(int width, int height) override;
+    void setTitle(std::string const&) override;
+    void setOrigin(platform::PageOrigin const&) override;
+    void close() override { m_window.close(); }
+    void setOnClose(std::function<void()> onClose) override { m_onClose = std::move(onClose); }
+
+    Gtk::Window& native() override { return m_window; }
+
+private:
+    MenuBarView::PlatformCommands platformCommands(std::function<void()> quit);
+
+    Gtk::Application& m_application;
+    WebView& m_view;
+    std::function<void()> m_onClose;
+
+    Gtk::ApplicationWindow m_window;
+    Gtk::HeaderBar m_headerBar;
+    Gtk::Box m_titles;
+    Gtk::Label m_title;
+    Gtk::Box m_origin;
+    Gtk::Image m_lock;
+    Gtk::Label m_host;
+    MenuBarView m_menuBar;
+};
+
+}
