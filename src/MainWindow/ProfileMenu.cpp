@@ -2,11 +2,21 @@
 
 namespace tarn::ProfileMenu {
 
+namespace {
+
+constexpr int pictureSize = 18;
+
+}
+
+platform::Avatar avatar(std::optional<std::filesystem::path> image, int size)
+{
+    return { .image = std::move(image), .size = size };
+}
+
 platform::Menu make(ProfileStore& profiles, std::function<void()> onManage)
 {
     platform::Menu menu { .title = title, .entries = {} };
     for (auto const& profile : profiles.profiles()) {
-        auto const image = profiles.avatarImage(profile);
         menu.entries.emplace_back(platform::MenuItem {
             .title = profile.name,
             .action =
@@ -18,7 +28,7 @@ platform::Menu make(ProfileStore& profiles, std::function<void()> onManage)
                     }
                 },
             .checked = profile.id == profiles.activeID(),
-            .icon = image ? image->string() : std::string(),
+            .avatar = avatar(profiles.avatarImage(profile), pictureSize),
         });
     }
     if (onManage) {

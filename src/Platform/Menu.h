@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Platform/Avatar.h"
+#include "Support/Url.h"
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -12,8 +15,30 @@ namespace tarn::platform {
 // application, then the platform's own windows.
 enum class Command {
     about,
+    checkForUpdates,
+    openSettings,
+    setDefaultEmailApp,
+    hide,
+    hideOthers,
+    showAll,
     quit,
+    // Opens the item's represented URL.
+    newItem,
     closeWindow,
+    printPage,
+    undo,
+    redo,
+    cut,
+    copy,
+    paste,
+    selectAll,
+    showFind,
+    findNext,
+    findPrevious,
+    showSpelling,
+    checkSpelling,
+    checkSpellingWhileTyping,
+    // Of the position that is the item's tag.
     showApp,
     goBack,
     goForward,
@@ -23,6 +48,7 @@ enum class Command {
     actualSize,
     toggleFullScreen,
     minimize,
+    zoomWindow,
 };
 
 // With the platform's command key. An upper-case letter implies Shift.
@@ -34,7 +60,7 @@ struct KeyEquivalent {
 
 struct MenuItem {
     std::string title;
-    // A command goes to its receivers; a closure is run as it is.
+    // A command goes to its receivers, which know the item by its tag; a closure is run as it is.
     std::variant<Command, std::function<void()>> action;
     std::optional<KeyEquivalent> key {};
     int tag { 0 };
@@ -42,8 +68,12 @@ struct MenuItem {
     bool hidden { false };
     // Only for closures: a command's check mark comes from its validation.
     bool checked { false };
-    // Name of an icon, or the path of a picture file; empty for none.
+    // Name of an icon; empty for none.
     std::string icon {};
+    // Drawn in the place of an icon.
+    std::optional<Avatar> avatar {};
+    // What a command is to be done with.
+    std::optional<Url> representedUrl {};
 };
 
 struct Separator { };

@@ -4,14 +4,41 @@
 
 namespace tarn::platform {
 
+namespace {
+
+MenuItem const* findItem(std::vector<MenuEntry> const& entries, Command command, int tag)
+{
+    for (auto const& entry : entries) {
+        if (auto const* const item = std::get_if<MenuItem>(&entry)) {
+            auto const* const own = std::get_if<Command>(&item->action);
+            if (own && *own == command && item->tag == tag)
+                return item;
+        } else if (auto const* const submenu = std::get_if<Menu>(&entry)) {
+            if (auto const* const found = findItem(submenu->entries, command, tag))
+                return found;
+        }
+    }
+    return nullptr;
+}
+
+}
+
 void MenuBar::replaceSubmenu(std::string_view title, Menu replacement)
 {
     auto const menu = std::ranges::find(m_menus, title, &Menu::title);
     if (menu == m_menus.end())
         return;
     menu->entries = std::move(replacement.entries);
-    if (onMenusChange)
-        onMenusChange();
+    menusDidChange.emit();
+}
+
+std::optional<Url> MenuBar::representedUrl(Command command, int tag) const
+{
+    for (auto const& menu : m_menus) {
+        if (auto const* const item = findItem(menu.entries, command, tag))
+            return item->representedUrl;
+    }
+    return std::nullopt;
 }
 
 void MenuBar::setReceivers(std::vector<CommandReceiver*> receivers)
@@ -36,8 +63,7 @@ std::optional<CommandState> MenuBar::validate(Command command, int tag) const
 
 void MenuBar::revalidate()
 {
-    if (onStatesChange)
-        onStatesChange();
+    statesDidChange.emit();
 }
 
 }

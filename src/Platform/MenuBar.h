@@ -2,7 +2,8 @@
 
 #include "Platform/Menu.h"
 
-#include <functional>
+#include <sigc++/signal.h>
+
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,9 @@ public:
     // Replaces the entries of the top-level menu of that title; no such menu, no change.
     void replaceSubmenu(std::string_view title, Menu);
 
+    // What the item of this command and tag carries.
+    std::optional<Url> representedUrl(Command, int tag) const;
+
     // Asked in this order. They must outlive the bar or be taken out.
     void setReceivers(std::vector<CommandReceiver*>);
     bool perform(Command, int tag);
@@ -30,9 +34,9 @@ public:
     // To be called when an answer of validate() may have changed.
     void revalidate();
 
-    // Set by the adapter.
-    std::function<void()> onMenusChange;
-    std::function<void()> onStatesChange;
+    // Every window that draws the bar listens.
+    sigc::signal<void()> menusDidChange;
+    sigc::signal<void()> statesDidChange;
 
 private:
     std::vector<Menu> m_menus;

@@ -30,7 +30,10 @@ protected:
 
     test::FakeWebView& view(GoogleApp app) { return static_cast<test::FakeWebView&>(controller.pool().view(app)); }
     Uuid activeID() const { return profiles.activeID(); }
-    platform::Menu const& profilesMenu() const { return menuBar.menus()[3]; }
+    platform::Menu const& profilesMenu() const
+    {
+        return *std::ranges::find(menuBar.menus(), ProfileMenu::title, &platform::Menu::title);
+    }
     platform::CommandState state(Command command, int tag = 0) const { return *controller.validate(command, tag); }
 
     TemporaryFolder folder;

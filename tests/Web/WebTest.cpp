@@ -105,12 +105,17 @@ void WebTest::terminate()
 std::unique_ptr<platform::WebWindow> WebTest::makeMainWindow(
     MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
 {
-    return std::make_unique<gtk::MainWindow>(*m_application, appearance, sidebar, menuBar, [] {});
+    return std::make_unique<gtk::MainWindow>(*m_application, appearance, sidebar, menuBar, windowServices());
 }
 
 std::unique_ptr<platform::PopupWindow> WebTest::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)
 {
-    return std::make_unique<gtk::PopupWindow>(*m_application, view, menuBar, [] {});
+    return std::make_unique<gtk::PopupWindow>(*m_application, view, menuBar, windowServices());
+}
+
+gtk::WindowServices WebTest::windowServices()
+{
+    return { .pictures = pictures, .spelling = engine->spelling(), .quit = [] {} };
 }
 
 Gtk::ApplicationWindow& WebTest::window()

@@ -4,9 +4,11 @@
 #include "Fakes/FakeDesktop.h"
 #include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/Panels.h"
+#include "Platform/Gtk/Pictures.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/Gtk/WebView.h"
+#include "Platform/Gtk/WindowCommands.h"
 #include "StageServer.h"
 #include "Support/TemporaryFolder.h"
 
@@ -67,6 +69,7 @@ protected:
     FakeDockTile dockTile;
     gtk::Panels panels;
     FakeNetworkMonitor networkMonitor;
+    gtk::Pictures pictures;
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;
     // Taken up by the next launch; none unless the test sets one.
@@ -80,6 +83,8 @@ private:
     std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
     std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
+
+    gtk::WindowServices windowServices();
 
     Glib::RefPtr<Gtk::Application> m_application;
 

@@ -6,6 +6,7 @@
 #include "Platform/Gtk/NetworkMonitor.h"
 #include "Platform/Gtk/NotificationCenter.h"
 #include "Platform/Gtk/Panels.h"
+#include "Platform/Gtk/Pictures.h"
 #include "Platform/Gtk/PopupWindow.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/UserDefaults.h"
@@ -49,6 +50,7 @@ struct Application::Ports {
     DockTile dockTile;
     Panels panels;
     NetworkMonitor networkMonitor;
+    Pictures pictures;
     Activation activation;
     NotificationCenter notificationCenter;
     WebEngine engine;
@@ -142,15 +144,22 @@ void Application::terminate()
 std::unique_ptr<platform::WebWindow> Application::makeMainWindow(
     MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
 {
-    // From a fresh turn of the loop: the window that asks ends with it.
-    return std::make_unique<MainWindow>(
-        *this, appearance, sidebar, menuBar, [this] { m_ports->runLoop.post([this] { terminate(); }); });
+    return std::make_unique<MainWindow>(*this, appearance, sidebar, menuBar, windowServices());
 }
 
 std::unique_ptr<platform::PopupWindow> Application::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)
 {
-    return std::make_unique<PopupWindow>(
-        *this, view, menuBar, [this] { m_ports->runLoop.post([this] { terminate(); }); });
+    return std::make_unique<PopupWindow>(*this, view, menuBar, windowServices());
+}
+
+WindowServices Application::windowServices()
+{
+    return {
+        .pictures = m_ports->pictures,
+        .spelling = m_ports->engine.spelling(),
+        // From a fresh turn of the loop: the window that asks ends with it.
+        .quit = [this] { m_ports->runLoop.post([this] { terminate(); }); },
+    };
 }
 
 }

@@ -2,6 +2,7 @@
 
 #include "App/AppDelegate.h"
 #include "Platform/Gtk/WebEngine.h"
+#include "Platform/Gtk/WindowCommands.h"
 
 #include <gtkmm/application.h>
 
@@ -42,6 +43,8 @@ private:
     std::unique_ptr<platform::WebWindow> makeMainWindow(
         MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
     std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
+
+    WindowServices windowServices();
 
     Options m_options;
     // Tried while the toolkit starts.

@@ -28,6 +28,22 @@ std::vector<std::string> accelerators(platform::KeyEquivalent const& key)
     return result;
 }
 
+bool isTypedIntoPages(platform::Command command)
+{
+    using platform::Command;
+    switch (command) {
+    case Command::undo:
+    case Command::redo:
+    case Command::cut:
+    case Command::copy:
+    case Command::paste:
+    case Command::selectAll:
+        return true;
+    default:
+        return false;
+    }
+}
+
 std::string keyLabel(platform::KeyEquivalent const& key)
 {
     guint keyval = 0;

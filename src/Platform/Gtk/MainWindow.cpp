@@ -21,11 +21,12 @@ bool isInside(Gtk::Widget* widget, GType type)
 }
 
 MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const& appearance,
-    tarn::SidebarView& sidebar, platform::MenuBar& menuBar, std::function<void()> quit)
+    tarn::SidebarView& sidebar, platform::MenuBar& menuBar, WindowServices const& services)
     : m_application(application)
     , m_maximized(appearance.frame.maximized)
-    , m_sidebar(sidebar, appearance.sidebarWidth)
-    , m_menuBar(menuBar, m_window, platformCommands(std::move(quit)))
+    , m_sidebar(sidebar, services.pictures, appearance.sidebarWidth)
+    , m_editing(m_window)
+    , m_menuBar(menuBar, m_window, services.pictures, platformCommands(services))
 {
     m_window.set_title(appearance.title);
     m_window.set_default_size(appearance.frame.width, appearance.frame.height);
@@ -60,22 +61,11 @@ MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const
 
 MainWindow::~MainWindow() = default;
 
-MenuBarView::PlatformCommands MainWindow::platformCommands(std::function<void()> quit)
+MenuBarView::PlatformCommands MainWindow::platformCommands(WindowServices const& services)
 {
-    using platform::Command;
-    return {
-        { Command::about, [this] { showAbout(); } },
-        { Command::quit, std::move(quit) },
-        { Command::closeWindow, [this] { m_window.close(); } },
-        { Command::minimize, [this] { m_window.minimize(); } },
-        { Command::toggleFullScreen,
-            [this] {
-                if (m_window.is_fullscreen())
-                    m_window.unfullscreen();
-                else
-                    m_window.fullscreen();
-            } },
-    };
+    auto commands = windowCommands(m_window, m_editing, services);
+    commands.insert_or_assign(platform::Command::about, MenuBarView::PlatformCommand { [this] { showAbout(); } });
+    return commands;
 }
 
 void MainWindow::present()

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "MainWindow/WindowFactory.h"
-#include "Platform/Gtk/MenuBarView.h"
 #include "Platform/Gtk/NativeWindow.h"
 #include "Platform/Gtk/SidebarView.h"
+#include "Platform/Gtk/WindowCommands.h"
 #include "Platform/Window.h"
 
 #include <gtkmm/applicationwindow.h>
@@ -14,8 +14,8 @@ namespace tarn::gtk {
 
 class MainWindow final : public platform::WebWindow, public NativeWindow {
 public:
-    MainWindow(Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&,
-        std::function<void()> quit);
+    MainWindow(
+        Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&, WindowServices const&);
     ~MainWindow() override;
 
     void present() override;
@@ -30,7 +30,7 @@ public:
     Gtk::Window& native() override { return m_window; }
 
 private:
-    MenuBarView::PlatformCommands platformCommands(std::function<void()> quit);
+    MenuBarView::PlatformCommands platformCommands(WindowServices const&);
     void hide();
     void frameChanged();
     void watchFocus();
@@ -48,6 +48,7 @@ private:
     Gtk::Box m_box;
     SidebarView m_sidebar;
     Gtk::Stack m_stack;
+    EditingCommands m_editing;
     MenuBarView m_menuBar;
 };
 

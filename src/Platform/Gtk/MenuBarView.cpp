@@ -6,6 +6,7 @@
 #include <gtkmm/application.h>
 
 #include <algorithm>
+#include <array>
 
 namespace tarn::gtk {
 
@@ -13,37 +14,65 @@ namespace {
 
 using platform::Command;
 
-// Names as they are seen on the accessibility and the session bus.
+struct Row {
+    Command command;
+    // As it is seen on the accessibility and the session bus.
+    char const* action;
+};
+
+// The commands that are offered here. Other desktops have words for hiding programs and for checking a document's
+// spelling as a whole; this one has not.
+constexpr std::array offered {
+    Row { Command::about, "about" },
+    Row { Command::checkForUpdates, "check-for-updates" },
+    Row { Command::openSettings, "open-settings" },
+    Row { Command::setDefaultEmailApp, "set-default-email-app" },
+    Row { Command::quit, "quit" },
+    Row { Command::newItem, "new-item" },
+    Row { Command::closeWindow, "close-window" },
+    Row { Command::printPage, "print-page" },
+    Row { Command::undo, "undo" },
+    Row { Command::redo, "redo" },
+    Row { Command::cut, "cut" },
+    Row { Command::copy, "copy" },
+    Row { Command::paste, "paste" },
+    Row { Command::selectAll, "select-all" },
+    Row { Command::showFind, "show-find" },
+    Row { Command::findNext, "find-next" },
+    Row { Command::findPrevious, "find-previous" },
+    Row { Command::checkSpellingWhileTyping, "check-spelling-while-typing" },
+    Row { Command::showApp, "show-app" },
+    Row { Command::goBack, "go-back" },
+    Row { Command::goForward, "go-forward" },
+    Row { Command::reloadPage, "reload-page" },
+    Row { Command::zoomIn, "zoom-in" },
+    Row { Command::zoomOut, "zoom-out" },
+    Row { Command::actualSize, "actual-size" },
+    Row { Command::toggleFullScreen, "toggle-full-screen" },
+    Row { Command::minimize, "minimize" },
+    Row { Command::zoomWindow, "zoom-window" },
+};
+
+// Empty for a command that is not offered.
 std::string actionName(Command command, int tag)
 {
-    switch (command) {
-    case Command::about:
-        return "about";
-    case Command::quit:
-        return "quit";
-    case Command::closeWindow:
-        return "close-window";
-    case Command::showApp:
-        // One action per app: each is enabled by itself.
-        return "show-app-" + std::to_string(tag + 1);
-    case Command::goBack:
-        return "go-back";
-    case Command::goForward:
-        return "go-forward";
-    case Command::reloadPage:
-        return "reload-page";
-    case Command::zoomIn:
-        return "zoom-in";
-    case Command::zoomOut:
-        return "zoom-out";
-    case Command::actualSize:
-        return "actual-size";
-    case Command::toggleFullScreen:
-        return "toggle-full-screen";
-    case Command::minimize:
-        return "minimize";
-    }
-    return {};
+    auto const row = std::ranges::find(offered, command, &Row::command);
+    if (row == offered.end())
+        return {};
+    // One action per app and per new thing: each is enabled by itself.
+    bool const hasTags = command == Command::showApp || command == Command::newItem;
+    return hasTags ? row->action + ("-" + std::to_string(tag + 1)) : row->action;
+}
+
+std::string windowAction(Command command, int tag)
+{
+    auto const name = actionName(command, tag);
+    return name.empty() ? name : "win." + name;
+}
+
+bool canBeChecked(Command command)
+{
+    return command == Command::showApp || command == Command::checkSpellingWhileTyping;
 }
 
 std::string menuPrefix(std::size_t index)
@@ -53,24 +82,19 @@ std::string menuPrefix(std::size_t index)
 
 }
 
-MenuBarView::MenuBarView(platform::MenuBar& menuBar, Gtk::ApplicationWindow& window, PlatformCommands commands)
+MenuBarView::MenuBarView(
+    platform::MenuBar& menuBar, Gtk::ApplicationWindow& window, Pictures& pictures, PlatformCommands commands)
     : m_menuBar(menuBar)
     , m_window(window)
+    , m_pictures(pictures)
     , m_platformCommands(std::move(commands))
     , m_widget(Gio::Menu::create())
 {
     for (auto const& menu : m_menuBar.menus())
         addActions(menu);
     rebuild();
-    revalidate();
-    m_menuBar.onMenusChange = [this] { rebuild(); };
-    m_menuBar.onStatesChange = [this] { revalidate(); };
-}
-
-MenuBarView::~MenuBarView()
-{
-    m_menuBar.onMenusChange = nullptr;
-    m_menuBar.onStatesChange = nullptr;
+    m_menusConnection = m_menuBar.menusDidChange.connect([this] { rebuild(); });
+    m_statesConnection = m_menuBar.statesDidChange.connect([this] { revalidate(); });
 }
 
 void MenuBarView::addActions(platform::Menu const& menu)
@@ -86,12 +110,13 @@ void MenuBarView::addActions(platform::Menu const& menu)
 void MenuBarView::addAction(platform::MenuItem const& item)
 {
     auto const* const command = std::get_if<Command>(&item.action);
-    if (!command)
+    auto const name = command ? actionName(*command, item.tag) : std::string();
+    if (name.empty())
         return;
     auto const existing = std::ranges::find_if(
         m_entries, [&](Entry const& entry) { return entry.command == *command && entry.tag == item.tag; });
     auto& entry = existing != m_entries.end() ? *existing : m_entries.emplace_back();
-    if (item.key) {
+    if (item.key && !isTypedIntoPages(*command)) {
         for (auto const& key : accelerators(*item.key))
             entry.accelerators.push_back(key);
     }
@@ -100,21 +125,23 @@ void MenuBarView::addAction(platform::MenuItem const& item)
 
     entry.command = *command;
     entry.tag = item.tag;
-    auto const perform = [this, command = *command, tag = item.tag] {
-        if (m_menuBar.perform(command, tag))
-            return;
-        if (auto const own = m_platformCommands.find(command); own != m_platformCommands.end())
-            own->second();
-    };
-    auto const name = actionName(*command, item.tag);
-    if (*command == Command::showApp) {
-        entry.action = Gio::SimpleAction::create_bool(name, false);
-        entry.action->signal_activate().connect([perform](Glib::VariantBase const&) { perform(); });
-    } else {
-        entry.action = Gio::SimpleAction::create(name);
-        entry.action->signal_activate().connect([perform](Glib::VariantBase const&) { perform(); });
-    }
+    entry.action
+        = canBeChecked(*command) ? Gio::SimpleAction::create_bool(name, false) : Gio::SimpleAction::create(name);
+    entry.action->signal_activate().connect(
+        [this, command = *command, tag = item.tag](Glib::VariantBase const&) { perform(command, tag); });
     m_window.add_action(entry.action);
+}
+
+void MenuBarView::perform(Command command, int tag)
+{
+    if (m_menuBar.perform(command, tag))
+        return;
+    auto const own = m_platformCommands.find(command);
+    if (own == m_platformCommands.end())
+        return;
+    own->second.perform();
+    if (own->second.state)
+        revalidate();
 }
 
 void MenuBarView::rebuild()
@@ -123,12 +150,16 @@ void MenuBarView::rebuild()
     m_models.clear();
     for (std::size_t index = 0; index < m_menuBar.menus().size(); ++index) {
         auto const& menu = m_menuBar.menus()[index];
-        auto const& model = m_models.emplace_back(
-            menu, menuPrefix(index), [](Command command, int tag) { return "win." + actionName(command, tag); });
+        auto const& model = m_models.emplace_back(menu, menuPrefix(index), m_pictures, &windowAction);
         m_window.insert_action_group(menuPrefix(index), model.actions());
         bar->append_submenu(menu.title, model.model());
     }
     m_widget.set_menu_model(bar);
+    for (auto const& model : m_models) {
+        for (auto const& child : model.children())
+            m_widget.add_child(child.view->widget(), child.id);
+    }
+    revalidate();
 }
 
 void MenuBarView::revalidate()
@@ -136,8 +167,15 @@ void MenuBarView::revalidate()
     for (auto const& entry : m_entries) {
         auto const state = stateOf(entry.command, entry.tag).value_or(platform::CommandState { .enabled = false });
         entry.action->set_enabled(state.enabled && !state.hidden);
-        if (entry.command == Command::showApp)
+        if (canBeChecked(entry.command))
             entry.action->change_state(state.checked);
+    }
+    for (auto const& model : m_models) {
+        for (auto const& child : model.children()) {
+            if (auto const* const command = std::get_if<Command>(&child.action))
+                child.view->setState(
+                    stateOf(*command, child.tag).value_or(platform::CommandState { .enabled = false }));
+        }
     }
 }
 
@@ -145,16 +183,17 @@ std::optional<platform::CommandState> MenuBarView::stateOf(Command command, int 
 {
     if (auto const state = m_menuBar.validate(command, tag))
         return state;
-    if (m_platformCommands.contains(command))
-        return platform::CommandState {};
-    return std::nullopt;
+    auto const own = m_platformCommands.find(command);
+    if (own == m_platformCommands.end())
+        return std::nullopt;
+    return own->second.state ? own->second.state() : platform::CommandState {};
 }
 
 void MenuBarView::setAccelerators(Gtk::Application& application)
 {
     for (auto const& entry : m_entries) {
         std::vector<Glib::ustring> const keys(entry.accelerators.begin(), entry.accelerators.end());
-        application.set_accels_for_action("win." + actionName(entry.command, entry.tag), keys);
+        application.set_accels_for_action(windowAction(entry.command, entry.tag), keys);
     }
 }
 

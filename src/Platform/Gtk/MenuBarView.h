@@ -2,6 +2,7 @@
 
 #include "Platform/Gtk/MenuModel.h"
 #include "Platform/MenuBar.h"
+#include "Support/ScopedConnection.h"
 
 #include <gtkmm/applicationwindow.h>
 #include <gtkmm/popovermenubar.h>
@@ -15,10 +16,14 @@ namespace tarn::gtk {
 class MenuBarView {
 public:
     // What the platform itself does with a command that the core leaves to it.
-    using PlatformCommands = std::map<platform::Command, std::function<void()>>;
+    struct PlatformCommand {
+        std::function<void()> perform;
+        // Without one it can always be done.
+        std::function<platform::CommandState()> state {};
+    };
+    using PlatformCommands = std::map<platform::Command, PlatformCommand>;
 
-    MenuBarView(platform::MenuBar&, Gtk::ApplicationWindow&, PlatformCommands);
-    ~MenuBarView();
+    MenuBarView(platform::MenuBar&, Gtk::ApplicationWindow&, Pictures&, PlatformCommands);
     MenuBarView(MenuBarView const&) = delete;
     MenuBarView& operator=(MenuBarView const&) = delete;
 
@@ -27,6 +32,7 @@ public:
     void setAccelerators(Gtk::Application&);
 
 private:
+    void perform(platform::Command, int tag);
     void addActions(platform::Menu const&);
     void addAction(platform::MenuItem const&);
     void rebuild();
@@ -42,10 +48,13 @@ private:
 
     platform::MenuBar& m_menuBar;
     Gtk::ApplicationWindow& m_window;
+    Pictures& m_pictures;
     PlatformCommands m_platformCommands;
     std::vector<Entry> m_entries;
     std::vector<MenuModel> m_models;
     Gtk::PopoverMenuBar m_widget;
+    ScopedConnection m_menusConnection;
+    ScopedConnection m_statesConnection;
 };
 
 }

@@ -1,5 +1,6 @@
 #include "Platform/Gtk/MenuModel.h"
 
+#include "Platform/Gtk/KeyLabels.h"
 #include "Support/Cases.h"
 
 #include <giomm/menuitem.h>
@@ -23,28 +24,14 @@ std::string plainLabel(std::string const& title)
 
 }
 
-MenuModel::MenuModel(platform::Menu const& menu, std::string const& prefix, CommandAction const& commandAction)
-    : m_model(Gio::Menu::create())
+MenuModel::MenuModel(
+    platform::Menu const& menu, std::string const& prefix, Pictures& pictures, CommandAction const& commandAction)
+    : m_prefix(prefix)
+    , m_pictures(pictures)
+    , m_model(Gio::Menu::create())
     , m_actions(Gio::SimpleActionGroup::create())
 {
-    auto section = Gio::Menu::create();
-    auto const closeSection = [&] {
-        if (section->get_n_items() > 0)
-            m_model->append_section(section);
-        section = Gio::Menu::create();
-    };
-    for (auto const& entry : menu.entries) {
-        std::visit(Cases {
-                       [&](platform::MenuItem const& item) { append(*section, item, prefix, commandAction); },
-                       [&](platform::Separator) { closeSection(); },
-                       [&](platform::Menu const& submenu) {
-                           section->append_submenu(
-                               plainLabel(submenu.title), MenuModel(submenu, prefix, commandAction).model());
-                       },
-                   },
-            entry);
-    }
-    closeSection();
+    append(*m_model, menu, commandAction);
 
     auto const run = Gio::SimpleAction::create_radio_integer("run", m_checked);
     run->signal_activate().connect([closures = m_closures](Glib::VariantBase const& parameter) {
@@ -55,12 +42,32 @@ MenuModel::MenuModel(platform::Menu const& menu, std::string const& prefix, Comm
     m_actions->add_action(run);
 }
 
-void MenuModel::append(
-    Gio::Menu& section, platform::MenuItem const& item, std::string const& prefix, CommandAction const& commandAction)
+void MenuModel::append(Gio::Menu& model, platform::Menu const& menu, CommandAction const& commandAction)
 {
-    if (item.hidden)
-        return;
-    auto const action = std::visit(
+    auto section = Gio::Menu::create();
+    auto const closeSection = [&] {
+        if (section->get_n_items() > 0)
+            model.append_section(section);
+        section = Gio::Menu::create();
+    };
+    for (auto const& entry : menu.entries) {
+        std::visit(Cases {
+                       [&](platform::MenuItem const& item) { append(*section, item, commandAction); },
+                       [&](platform::Separator) { closeSection(); },
+                       [&](platform::Menu const& submenu) {
+                           auto const submodel = Gio::Menu::create();
+                           append(*submodel, submenu, commandAction);
+                           section->append_submenu(plainLabel(submenu.title), submodel);
+                       },
+                   },
+            entry);
+    }
+    closeSection();
+}
+
+std::string MenuModel::actionFor(platform::MenuItem const& item, CommandAction const& commandAction)
+{
+    return std::visit(
         Cases {
             [&](platform::Command command) { return commandAction ? commandAction(command, item.tag) : std::string(); },
             [&](std::function<void()> const& closure) {
@@ -68,17 +75,29 @@ void MenuModel::append(
                 m_closures.push_back(closure);
                 if (item.checked)
                     m_checked = index;
-                return prefix + ".run(" + std::to_string(index) + ")";
+                return m_prefix + ".run(" + std::to_string(index) + ")";
             },
         },
         item.action);
+}
+
+void MenuModel::append(Gio::Menu& section, platform::MenuItem const& item, CommandAction const& commandAction)
+{
+    if (item.hidden)
+        return;
+    auto const action = actionFor(item, commandAction);
     if (action.empty())
         return;
     auto const menuItem = Gio::MenuItem::create(plainLabel(item.title), action);
-    // An app that the profile does not use is not offered; other commands are shown greyed.
-    if (auto const* const command = std::get_if<platform::Command>(&item.action);
-        command && *command == platform::Command::showApp)
-        menuItem->set_attribute_value("hidden-when", Glib::Variant<Glib::ustring>::create("action-disabled"));
+    if (!item.icon.empty() || item.avatar) {
+        auto const id = m_prefix + "-" + std::to_string(m_children.size());
+        menuItem->set_attribute_value("custom", Glib::Variant<Glib::ustring>::create(id));
+        m_children.push_back({ id, item.action, item.tag, std::make_unique<MenuItemView>(item, action, m_pictures) });
+    } else if (auto const* const command = std::get_if<platform::Command>(&item.action);
+               command && isTypedIntoPages(*command) && item.key) {
+        // No accelerator says it: the page has the key.
+        menuItem->set_attribute_value("accel", Glib::Variant<Glib::ustring>::create(accelerators(*item.key).front()));
+    }
     section.append_item(menuItem);
 }
 

@@ -32,12 +32,13 @@ Gdk::Rectangle largestMonitor(Gtk::Window& window)
 }
 
 PopupWindow::PopupWindow(
-    Gtk::Application& application, platform::WebView& view, platform::MenuBar& menuBar, std::function<void()> quit)
+    Gtk::Application& application, platform::WebView& view, platform::MenuBar& menuBar, WindowServices const& services)
     : m_application(application)
     , m_view(static_cast<WebView&>(view))
     , m_titles(Gtk::Orientation::VERTICAL)
     , m_origin(Gtk::Orientation::HORIZONTAL, 4)
-    , m_menuBar(menuBar, m_window, platformCommands(std::move(quit)))
+    , m_editing(m_window)
+    , m_menuBar(menuBar, m_window, services.pictures, windowCommands(m_window, m_editing, services))
 {
     m_window.add_css_class("tarn-window");
     m_window.add_css_class("popup");
@@ -75,22 +76,6 @@ PopupWindow::PopupWindow(
 PopupWindow::~PopupWindow()
 {
     m_window.unset_child();
-}
-
-MenuBarView::PlatformCommands PopupWindow::platformCommands(std::function<void()> quit)
-{
-    using platform::Command;
-    return {
-        { Command::quit, std::move(quit) },
-        { Command::minimize, [this] { m_window.minimize(); } },
-        { Command::toggleFullScreen,
-            [this] {
-                if (m_window.is_fullscreen())
-                    m_window.unfullscreen();
-                else
-                    m_window.fullscreen();
-            } },
-    };
 }
 
 void PopupWindow::present()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Gtk/MenuBarView.h"
 #include "Platform/Gtk/NativeWindow.h"
+#include "Platform/Gtk/WindowCommands.h"
 #include "Platform/Window.h"
 
 #include <gtkmm/applicationwindow.h>
@@ -16,7 +16,7 @@ class WebView;
 
 class PopupWindow final : public platform::PopupWindow, public NativeWindow {
 public:
-    PopupWindow(Gtk::Application&, platform::WebView&, platform::MenuBar&, std::function<void()> quit);
+    PopupWindow(Gtk::Application&, platform::WebView&, platform::MenuBar&, WindowServices const&);
     ~PopupWindow() override;
 
     void present() override;
@@ -30,8 +30,6 @@ public:
     Gtk::Window& native() override { return m_window; }
 
 private:
-    MenuBarView::PlatformCommands platformCommands(std::function<void()> quit);
-
     Gtk::Application& m_application;
     WebView& m_view;
     std::function<void()> m_onClose;
@@ -43,6 +41,7 @@ private:
     Gtk::Box m_origin;
     Gtk::Image m_lock;
     Gtk::Label m_host;
+    EditingCommands m_editing;
     MenuBarView m_menuBar;
 };
 

@@ -3,9 +3,7 @@
 #include "Platform/Gtk/Accessible.h"
 #include "Platform/Gtk/KeyLabels.h"
 #include "Platform/Gtk/MenuModel.h"
-#include "Platform/Gtk/Picture.h"
 
-#include <adwaita.h>
 #include <glibmm/main.h>
 #include <gtkmm/image.h>
 #include <gtkmm/overlay.h>
@@ -82,9 +80,11 @@ private:
     Gtk::Box m_dot;
 };
 
-SidebarView::SidebarView(tarn::SidebarView& sidebar, int width)
+SidebarView::SidebarView(tarn::SidebarView& sidebar, Pictures& pictures, int width)
     : Gtk::Box(Gtk::Orientation::VERTICAL)
     , m_sidebar(sidebar)
+    , m_pictures(pictures)
+    , m_avatar(pictures, noPictureSize)
 {
     add_css_class("tarn-sidebar");
     set_size_request(width, -1);
@@ -112,9 +112,7 @@ SidebarView::SidebarView(tarn::SidebarView& sidebar, int width)
     m_settingsButton.set_margin_bottom(buttonSpacing);
     append(m_settingsButton);
 
-    m_noPicture.set_from_icon_name("tarn-profile-symbolic");
-    m_noPicture.set_pixel_size(noPictureSize);
-    m_profileButton.set_child(m_noPicture);
+    m_profileButton.set_child(m_avatar);
     m_profileButton.set_has_frame(false);
     m_profileButton.set_focus_on_click(false);
     m_profileButton.set_size_request(profileSize, profileSize);
@@ -148,12 +146,7 @@ void SidebarView::renderProfile()
     auto const& profile = m_sidebar.profileButton();
     m_profileButton.set_tooltip_text(profile.tooltip);
     setAccessibleLabel(m_profileButton, profile.accessibilityLabel);
-    if (profile.image != m_picture) {
-        m_picture = profile.image;
-        m_profileButton.set_child(m_noPicture);
-        if (m_picture)
-            loadPicture(*m_picture);
-    }
+    m_avatar.show({ .image = profile.image, .size = avatarSize });
     if (profile.isMenuOpen) {
         m_profileButton.add_css_class("menu-open");
         if (auto const& menu = m_sidebar.profileMenu(); menu && !m_menu)
@@ -163,21 +156,12 @@ void SidebarView::renderProfile()
     }
 }
 
-void SidebarView::loadPicture(std::filesystem::path const& file)
-{
-    loadPictureAsync(file, avatarSize * get_scale_factor(), m_lifetime.guard([this, file](Ref<GdkTexture> texture) {
-        if (m_picture != file || !texture)
-            return;
-        auto* const avatar = adw_avatar_new(avatarSize, nullptr, FALSE);
-        adw_avatar_set_custom_image(ADW_AVATAR(avatar), GDK_PAINTABLE(texture.get()));
-        m_profileButton.set_child(*Glib::wrap(avatar));
-    }));
-}
-
 void SidebarView::openProfileMenu(platform::Menu const& menu)
 {
-    m_menuModel = std::make_unique<MenuModel>(menu, menuPrefix);
+    m_menuModel = std::make_unique<MenuModel>(menu, menuPrefix, m_pictures);
     m_menu = std::make_unique<Gtk::PopoverMenu>(m_menuModel->model());
+    for (auto const& child : m_menuModel->children())
+        m_menu->add_child(child.view->widget(), child.id);
     m_menu->insert_action_group(menuPrefix, m_menuModel->actions());
     m_menu->set_parent(m_profileButton);
     m_menu->set_position(Gtk::PositionType::RIGHT);

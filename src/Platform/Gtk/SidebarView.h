@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MainWindow/SidebarView.h"
+#include "Platform/Gtk/AvatarView.h"
 #include "Support/Lifetime.h"
 
 #include <gtkmm/box.h>
@@ -19,21 +20,20 @@ class MenuModel;
 // Draws the core's sidebar and reports clicks to it.
 class SidebarView final : public Gtk::Box {
 public:
-    SidebarView(tarn::SidebarView&, int width);
+    SidebarView(tarn::SidebarView&, Pictures&, int width);
     ~SidebarView() override;
 
 private:
     void render();
     void renderProfile();
-    void loadPicture(std::filesystem::path const&);
     void openProfileMenu(platform::Menu const&);
 
     tarn::SidebarView& m_sidebar;
+    Pictures& m_pictures;
     std::vector<AppButton*> m_appButtons;
     Gtk::Button m_settingsButton;
     Gtk::Button m_profileButton;
-    Gtk::Image m_noPicture;
-    std::optional<std::filesystem::path> m_picture;
+    AvatarView m_avatar;
     std::unique_ptr<MenuModel> m_menuModel;
     std::unique_ptr<Gtk::PopoverMenu> m_menu;
     Lifetime m_lifetime;

@@ -36,6 +36,7 @@ WebEngine::WebEngine(Folders folders, Sandbox& sandbox, Log log, SessionSetUp se
     , m_log(std::move(log))
     , m_setUp(std::move(setUp))
     , m_context(adopt(webkit_web_context_new()))
+    , m_spelling(m_context.get())
     , m_channel(m_context.get(), m_log)
 {
     preferUserLanguages(m_context.get());

@@ -4,6 +4,7 @@
 #include "Platform/Gtk/RemovedFolders.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/Sandbox.h"
+#include "Platform/Gtk/Spelling.h"
 #include "Platform/Gtk/WebsiteDataStore.h"
 #include "Platform/WebEngine.h"
 #include "Support/Lifetime.h"
@@ -35,6 +36,8 @@ public:
     void removeDataStore(Uuid const&, std::function<void(std::optional<std::string>)> completion) override;
     std::unique_ptr<platform::WebView> makeWebView(platform::WebViewConfiguration const&) override;
 
+    Spelling& spelling() { return m_spelling; }
+
 private:
     WebsiteFolders foldersOf(Uuid const&) const;
 
@@ -43,6 +46,7 @@ private:
     Log m_log;
     SessionSetUp m_setUp;
     Ref<WebKitWebContext> m_context;
+    Spelling m_spelling;
     MessageChannel m_channel;
     std::map<Uuid, std::weak_ptr<WebsiteDataStore>> m_stores;
     std::list<RemovedFolders> m_removed;

@@ -1,0 +1,82 @@
+#include "Platform/Gtk/MenuItemView.h"
+
+#include "Platform/Gtk/Accessible.h"
+#include "Platform/Gtk/AvatarView.h"
+#include "Platform/Gtk/KeyLabels.h"
+
+#include <gtkmm/box.h>
+#include <gtkmm/label.h>
+
+namespace tarn::gtk {
+
+namespace {
+
+constexpr int spacing = 8;
+constexpr int iconSize = 18;
+constexpr int longestTitle = 40; // characters
+
+Ref<GtkWidget> makeButton()
+{
+    auto const role = GTK_ACCESSIBLE_ROLE_MENU_ITEM_RADIO;
+    // With the style of the toolkit's own items.
+    return sink(GTK_WIDGET(g_object_new(GTK_TYPE_BUTTON, "css-name", "modelbutton", "accessible-role", role, nullptr)));
+}
+
+Gtk::Widget& makeImage(platform::MenuItem const& item, Pictures& pictures)
+{
+    if (item.avatar) {
+        auto* const avatar = Gtk::make_managed<AvatarView>(pictures);
+        avatar->show(*item.avatar);
+        return *avatar;
+    }
+    auto* const icon = Gtk::make_managed<Gtk::Image>();
+    icon->set_from_icon_name(item.icon);
+    icon->set_pixel_size(iconSize);
+    return *icon;
+}
+
+}
+
+MenuItemView::MenuItemView(platform::MenuItem const& item, std::string const& action, Pictures& pictures)
+    : m_owned(makeButton())
+    , m_button(Glib::wrap(GTK_BUTTON(m_owned.get())))
+    , m_check(Gtk::make_managed<Gtk::Image>())
+{
+    auto* const row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, spacing);
+    m_check->set_from_icon_name("object-select-symbolic");
+    row->append(*m_check);
+    row->append(makeImage(item, pictures));
+    auto* const title = Gtk::make_managed<Gtk::Label>(item.title);
+    title->set_xalign(0);
+    title->set_hexpand();
+    title->set_ellipsize(Pango::EllipsizeMode::END);
+    title->set_max_width_chars(longestTitle);
+    row->append(*title);
+    if (item.key) {
+        auto* const key = Glib::wrap(GTK_LABEL(g_object_new(GTK_TYPE_LABEL, "css-name", "accelerator", nullptr)));
+        key->set_text(keyLabel(*item.key));
+        row->append(*key);
+    }
+    m_button->set_child(*row);
+    m_button->add_css_class("tarn-menu-item");
+    setAccessibleLabel(*m_button, item.title);
+    setState({ .checked = item.checked });
+
+    gtk_actionable_set_detailed_action_name(GTK_ACTIONABLE(m_button->gobj()), action.c_str());
+    // The action comes first and may have replaced the menu, and this item with it.
+    g_signal_connect(m_button->gobj(), "clicked", G_CALLBACK(+[](GtkWidget* button, gpointer) {
+        if (auto* const popover = gtk_widget_get_ancestor(button, GTK_TYPE_POPOVER))
+            gtk_popover_popdown(GTK_POPOVER(popover));
+    }),
+        nullptr);
+}
+
+void MenuItemView::setState(platform::CommandState const& state)
+{
+    m_button->set_visible(!state.hidden);
+    m_check->set_opacity(state.checked ? 1 : 0);
+    auto const checked = state.checked ? GTK_ACCESSIBLE_TRISTATE_TRUE : GTK_ACCESSIBLE_TRISTATE_FALSE;
+    gtk_accessible_update_state(GTK_ACCESSIBLE(m_button->gobj()), GTK_ACCESSIBLE_STATE_CHECKED, checked, -1);
+}
+
+}
