@@ -40,6 +40,7 @@ void AppDelegate::applicationDidFinishLaunching()
             .networkMonitor = m_environment.networkMonitor,
             .defaults = m_environment.defaults,
             .runLoop = m_environment.runLoop,
+            .downloadsFolder = m_environment.downloads,
             .notifications = m_notifications ? &*m_notifications : nullptr,
             .log = m_environment.log,
         });

@@ -13,6 +13,8 @@ namespace tarn {
 struct AppEnvironment {
     // The user's folder for application data; Tarn's own folder is made in it.
     std::filesystem::path applicationSupport;
+    // The user's folder for downloads.
+    std::filesystem::path downloads;
     ProfileStore::Environment store;
     platform::WebEngine& engine;
     WindowFactory& windows;

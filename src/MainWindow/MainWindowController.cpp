@@ -54,6 +54,14 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
           m_environment.panels, m_decisions, [this](WebView const& view) { return profileOf(view); }, m_environment.log)
     , m_failedLoads(m_environment.networkMonitor, m_environment.runLoop)
     , m_linkQuestion(m_environment.panels, m_environment.log)
+    , m_downloads({
+          .panels = m_environment.panels,
+          .defaults = m_environment.defaults,
+          .dockTile = m_environment.dockTile,
+          .workspace = m_environment.workspace,
+          .userFolder = m_environment.downloadsFolder,
+          .log = m_environment.log,
+      })
     , m_navigation(pageServices(), m_session)
     , m_popups(m_environment.runLoop)
 {
@@ -73,8 +81,12 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
     };
     m_linkQuestion.onNewWindow = [this](Url const& url) { openWindow(url); };
     m_linkQuestion.onDefaultBrowser = [this](Url const& url) { m_environment.workspace.open(url); };
-    if (auto* const notifications = m_environment.notifications)
+    m_downloads.sheetWindow = [this] { return platform::SheetParent(m_window.get()); };
+    if (auto* const notifications = m_environment.notifications) {
+        m_downloads.onFinished
+            = [notifications](std::filesystem::path const& file) { notifications->downloadFinished(file); };
         notifications->onShow = [this](WebView& view) { bringForward(view); };
+    }
     makeWindow();
     m_profilesConnection = m_profiles.profilesDidChange.connect([this] { profilesChanged(); });
     profilesChanged();
@@ -98,7 +110,7 @@ void MainWindowController::makeWindow()
             .minimumHeight = minimumHeight,
             .sidebarWidth = sidebarWidth,
         },
-        m_sidebar, m_environment.menuBar);
+        m_sidebar, m_downloads.list(), m_environment.menuBar);
     m_window->setOnFrameChange([this](platform::WindowFrame frame) { m_frame.frameDidChange(frame); });
 }
 
@@ -193,6 +205,7 @@ void MainWindowController::bringForward(WebView const& view)
 PageServices MainWindowController::pageServices()
 {
     return {
+        .downloads = m_downloads,
         .externalLinks = m_externalLinks,
         .failedLoads = m_failedLoads,
         .permissions = m_permissions,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Downloads/DownloadManager.h"
 #include "MainWindow/FrameAutosave.h"
 #include "MainWindow/LinkQuestion.h"
 #include "MainWindow/PageNavigation.h"
@@ -38,6 +39,8 @@ public:
         platform::NetworkMonitor& networkMonitor;
         platform::UserDefaults& defaults;
         platform::RunLoop& runLoop;
+        // Where the user's downloads go, until another folder is chosen.
+        std::filesystem::path downloadsFolder;
         // Outlives the controller; none where the application notifies nobody.
         NotificationBridge* notifications { nullptr };
         Log log;
@@ -53,6 +56,7 @@ public:
     SidebarView& sidebar() { return m_sidebar; }
     platform::WebWindow& window() { return *m_window; }
     WebViewPool& pool() { return *m_pool; }
+    DownloadManager& downloads() { return m_downloads; }
     GoogleApp current() const { return m_current; }
     PopupList& popups() { return m_popups; }
 
@@ -106,6 +110,7 @@ private:
     PermissionQuestion m_permissions;
     FailedLoads m_failedLoads;
     LinkQuestion m_linkQuestion;
+    DownloadManager m_downloads;
     PageNavigation m_navigation;
     std::unique_ptr<platform::WebWindow> m_window;
     // After its delegates, so that the views end first.

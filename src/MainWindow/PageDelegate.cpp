@@ -2,6 +2,7 @@
 
 #include "Apps/LinkPolicy.h"
 #include "Bridge/NotificationBridge.h"
+#include "Downloads/DownloadManager.h"
 #include "Support/Cases.h"
 
 namespace tarn {
@@ -9,6 +10,22 @@ namespace tarn {
 PageDelegate::PageDelegate(PageServices services)
     : m_services(std::move(services))
 {
+}
+
+platform::NavigationPolicy PageDelegate::decidePolicy(platform::WebView&, platform::NavigationResponse const& response)
+{
+    return DownloadManager::shouldDownload(response) ? platform::NavigationPolicy::download
+                                                     : platform::NavigationPolicy::allow;
+}
+
+void PageDelegate::didBecomeDownload(platform::WebView&, std::shared_ptr<platform::Download> download)
+{
+    adopt(std::move(download));
+}
+
+void PageDelegate::adopt(std::shared_ptr<platform::Download> download, std::function<void()> const& closeEmptyPopup)
+{
+    m_services.downloads.adopt(std::move(download), closeEmptyPopup);
 }
 
 void PageDelegate::didCommit(platform::WebView& view)

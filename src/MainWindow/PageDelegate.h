@@ -10,10 +10,12 @@
 
 namespace tarn {
 
+class DownloadManager;
 class NotificationBridge;
 
 // What all pages are served with. It outlives their views.
 struct PageServices {
+    DownloadManager& downloads;
     ExternalLinks& externalLinks;
     FailedLoads& failedLoads;
     PermissionQuestion& permissions;
@@ -26,6 +28,9 @@ struct PageServices {
 // What holds for every page alike, in the app views and in popups.
 class PageDelegate : public platform::NavigationDelegate, public platform::UIDelegate {
 public:
+    using NavigationDelegate::decidePolicy;
+    platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationResponse const&) override;
+    void didBecomeDownload(platform::WebView&, std::shared_ptr<platform::Download>) override;
     void didCommit(platform::WebView&) override;
     void didFinish(platform::WebView&) override;
     void didFail(platform::WebView&, platform::LoadFailure const&) override;
@@ -50,6 +55,8 @@ protected:
     platform::NavigationPolicy decideInFrame(platform::WebView&, Url const&, platform::NavigationAction const&);
     platform::WebView* decideNewWindow(platform::WebView&, platform::NavigationAction const&,
         std::function<void(Url const&)> const& ask, std::function<platform::WebView*()> const& open);
+    // The function closes a window that was opened for nothing but the download.
+    void adopt(std::shared_ptr<platform::Download>, std::function<void()> const& closeEmptyPopup = {});
     void openExternally(platform::WebView&, Url const&, platform::NavigationAction const&);
 
 private:

@@ -19,6 +19,8 @@ NavigationPolicy PageNavigation::decidePolicy(platform::WebView& view, platform:
     auto const [url, isReadable] = target(action);
     if (!url)
         return isReadable ? NavigationPolicy::allow : NavigationPolicy::cancel;
+    if (action.shouldPerformDownload)
+        return NavigationPolicy::download;
     if (action.targetFrame == platform::TargetFrame::sub)
         return decideInFrame(view, *url, action);
 

@@ -19,6 +19,7 @@ public:
     std::function<platform::WebView*(platform::WebView& opener, platform::WebViewConfiguration const&)> onPopup;
     std::function<void(platform::WebView&)> onHistoryChange;
 
+    using PageDelegate::decidePolicy;
     platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const&) override;
     void didCommit(platform::WebView&) override;
     void didFinish(platform::WebView&) override;

@@ -81,6 +81,8 @@ NavigationPolicy PopupWindowController::decidePolicy(platform::WebView& view, pl
     auto const [url, isReadable] = target(action);
     if (!url)
         return isReadable ? NavigationPolicy::allow : NavigationPolicy::cancel;
+    if (action.shouldPerformDownload)
+        return NavigationPolicy::download;
     if (action.targetFrame == platform::TargetFrame::sub)
         return decideInFrame(view, *url, action);
     if (!LinkPolicy::isWebScheme(*url)) {
@@ -93,6 +95,12 @@ NavigationPolicy PopupWindowController::decidePolicy(platform::WebView& view, pl
         return NavigationPolicy::allow;
     openExternally(view, LinkPolicy::resolvingGoogleRedirect(*url), action);
     return NavigationPolicy::cancel;
+}
+
+void PopupWindowController::didBecomeDownload(platform::WebView&, std::shared_ptr<platform::Download> download)
+{
+    adopt(
+        std::move(download), m_hasShownPage ? std::function<void()> {} : [this] { close(); });
 }
 
 void PopupWindowController::didCommit(platform::WebView& view)

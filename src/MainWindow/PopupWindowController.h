@@ -34,7 +34,9 @@ public:
     void present();
     void close() { m_window->close(); }
 
+    using PageDelegate::decidePolicy;
     platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const&) override;
+    void didBecomeDownload(platform::WebView&, std::shared_ptr<platform::Download>) override;
     void didCommit(platform::WebView&) override;
     void historyDidChange(platform::WebView&) override;
 

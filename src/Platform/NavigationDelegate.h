@@ -1,12 +1,15 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 
 namespace tarn::platform {
 
+class Download;
 class WebView;
 
-enum class NavigationPolicy { cancel, allow };
+enum class NavigationPolicy { cancel, allow, download };
 enum class NavigationType { linkActivated, other };
 enum class TargetFrame { main, sub };
 enum class MouseButton { none, primary, middle, secondary };
@@ -21,6 +24,16 @@ struct NavigationAction {
     MouseButton button { MouseButton::none };
     // The user did something (a click, a key) that led to this.
     bool userGesture { false };
+    // The link says of itself that what it leads to is to be saved.
+    bool shouldPerformDownload { false };
+};
+
+// The head of a server's answer, before its content is taken.
+struct NavigationResponse {
+    std::string url;
+    bool canShowMimeType { true };
+    // Of an HTTP answer: the header of that name, if it has one.
+    std::optional<std::string> contentDisposition {};
 };
 
 // Why a page could not be loaded.
@@ -55,6 +68,9 @@ struct ProcessTermination {
 class NavigationDelegate {
 public:
     virtual NavigationPolicy decidePolicy(WebView&, NavigationAction const&) { return NavigationPolicy::allow; }
+    virtual NavigationPolicy decidePolicy(WebView&, NavigationResponse const&) { return NavigationPolicy::allow; }
+    // What was decided to be a download, or what the engine itself makes one. It ends when nobody keeps it.
+    virtual void didBecomeDownload(WebView&, std::shared_ptr<Download>) { }
     virtual void didCommit(WebView&) { }
     virtual void didFinish(WebView&) { }
     // The main frame's page did not come. What was shown before may still be shown.

@@ -15,6 +15,10 @@ public:
     // Returns at once; a URL without a handler is logged.
     virtual void open(Url const&) = 0;
 
+    // Opens the file in the registered program of its type. A file that is itself a program is never run: it is shown
+    // as reveal() does. Returns at once; a failure is logged.
+    virtual void openFile(std::filesystem::path const&) = 0;
+
     // Shows the file, selected, in the file manager. Returns at once; a desktop without one is logged.
     virtual void reveal(std::filesystem::path const&) = 0;
 };

@@ -28,4 +28,14 @@ bool isDecimalDigit(char32_t character)
     return u_charType(static_cast<UChar32>(character)) == U_DECIMAL_DIGIT_NUMBER;
 }
 
+bool isWhitespace(char32_t character)
+{
+    return u_isUWhiteSpace(static_cast<UChar32>(character));
+}
+
+bool isVisible(char32_t character)
+{
+    return (U_MASK(u_charType(static_cast<UChar32>(character))) & U_GC_C_MASK) == 0;
+}
+
 }

@@ -16,4 +16,11 @@ bool isUtf8(std::string_view);
 // General category Nd, of any script.
 bool isDecimalDigit(char32_t);
 
+// Any kind of space, line breaks and tabs among them.
+bool isWhitespace(char32_t);
+
+// Neither a control, nor a format character (those that change the direction of text, join or hide), nor one without
+// meaning of its own (surrogate, private use, unassigned).
+bool isVisible(char32_t);
+
 }

@@ -33,6 +33,7 @@ tarn::gtk::Application::Options demoOptions()
         .data = home / "data",
         .cache = home / "cache",
         .configuration = home / "config",
+        .downloads = tarn::gtk::Application::userOptions().downloads,
         .prepareData = &addProfiles,
     };
 }

@@ -29,6 +29,7 @@ protected:
     test::FakeNotificationCenter notificationCenter;
     AppEnvironment environment {
         .applicationSupport = folder.path(),
+        .downloads = folder.path(),
         .store = { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} },
         .engine = engine,
         .windows = windows,

@@ -46,6 +46,7 @@ protected:
         });
     }
 
+    using NavigationDelegate::decidePolicy;
     platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const& action) override
     {
         events.push_back("decide " + action.url);

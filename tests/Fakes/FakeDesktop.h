@@ -18,9 +18,11 @@ namespace tarn::test {
 class FakeWorkspace final : public platform::Workspace {
 public:
     void open(Url const& url) override { opened.push_back(url.string()); }
+    void openFile(std::filesystem::path const& file) override { openedFiles.push_back(file.string()); }
     void reveal(std::filesystem::path const& file) override { revealed.push_back(file.string()); }
 
     std::vector<std::string> opened;
+    std::vector<std::string> openedFiles;
     std::vector<std::string> revealed;
 };
 
@@ -28,7 +30,11 @@ class FakeDockTile final : public platform::DockTile {
 public:
     void setBadge(std::optional<std::int64_t> count) override { badge = count; }
 
+    void setProgress(std::optional<platform::DockProgressBar> shown) override { progress.push_back(shown); }
+
     std::optional<std::int64_t> badge;
+    // All that was shown, one after the other.
+    std::vector<std::optional<platform::DockProgressBar>> progress;
 };
 
 class FakeUserDefaults final : public platform::UserDefaults {
@@ -146,7 +152,7 @@ private:
 class FakeWindowFactory final : public WindowFactory {
 public:
     std::unique_ptr<platform::WebWindow> makeMainWindow(
-        MainWindowAppearance const& appearance, SidebarView&, platform::MenuBar&) override
+        MainWindowAppearance const& appearance, SidebarView&, DownloadList&, platform::MenuBar&) override
     {
         main.appearance = appearance;
         return std::make_unique<FakeWindow>(main);

@@ -58,6 +58,7 @@ protected:
             .networkMonitor = networkMonitor,
             .defaults = defaults,
             .runLoop = runLoop,
+            .downloadsFolder = folder.path(),
             .log = [](std::string const&) {} } };
 };
 

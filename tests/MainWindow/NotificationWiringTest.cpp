@@ -54,6 +54,7 @@ protected:
     std::shared_ptr<Document> document { std::make_shared<Document>() };
     AppDelegate delegate { {
         .applicationSupport = folder.path(),
+        .downloads = folder.path(),
         .store = { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} },
         .engine = engine,
         .windows = windows,

@@ -1,5 +1,6 @@
 #include "MainWindow/PageNavigation.h"
 
+#include "Downloads/DownloadManager.h"
 #include "Fakes/FakeDesktop.h"
 #include "Fakes/FakePanels.h"
 #include "Fakes/FakeWebView.h"
@@ -52,7 +53,16 @@ protected:
     ExternalLinks externalLinks { workspace, panels, decisions, profileOf, addToLog };
     PermissionQuestion permissions { panels, decisions, profileOf, addToLog };
     FailedLoads failedLoads { networkMonitor, runLoop };
-    PageNavigation navigation { { .externalLinks = externalLinks,
+    test::FakeUserDefaults defaults;
+    test::FakeDockTile dockTile;
+    DownloadManager downloads { { .panels = panels,
+        .defaults = defaults,
+        .dockTile = dockTile,
+        .workspace = workspace,
+        .userFolder = folder.path(),
+        .log = addToLog } };
+    PageNavigation navigation { { .downloads = downloads,
+                                    .externalLinks = externalLinks,
                                     .failedLoads = failedLoads,
                                     .permissions = permissions,
                                     .recovery = recovery,

@@ -72,6 +72,7 @@ void WebTest::launch(gtk::Sandbox& pageSandbox)
     startEngine(pageSandbox);
     delegate = std::make_unique<AppDelegate>(AppEnvironment {
         .applicationSupport = folder.path(),
+        .downloads = folder.path() / "Downloads",
         .store = { .now = [] { return std::chrono::system_clock::now(); },
             .makeUuid = &Uuid::random,
             .log = [this](std::string const& line) { log.push_back(line); } },
@@ -102,10 +103,10 @@ void WebTest::terminate()
     engine.reset();
 }
 
-std::unique_ptr<platform::WebWindow> WebTest::makeMainWindow(
-    MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
+std::unique_ptr<platform::WebWindow> WebTest::makeMainWindow(MainWindowAppearance const& appearance,
+    tarn::SidebarView& sidebar, DownloadList& downloads, platform::MenuBar& menuBar)
 {
-    return std::make_unique<gtk::MainWindow>(*m_application, appearance, sidebar, menuBar, windowServices());
+    return std::make_unique<gtk::MainWindow>(*m_application, appearance, sidebar, downloads, menuBar, windowServices());
 }
 
 std::unique_ptr<platform::PopupWindow> WebTest::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)

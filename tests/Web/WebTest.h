@@ -81,7 +81,7 @@ protected:
 
 private:
     std::unique_ptr<platform::WebWindow> makeMainWindow(
-        MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
+        MainWindowAppearance const&, tarn::SidebarView&, DownloadList&, platform::MenuBar&) override;
     std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
 
     gtk::WindowServices windowServices();

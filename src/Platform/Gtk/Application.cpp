@@ -27,6 +27,12 @@ namespace {
 // The engine writes local storage a moment after the last page has gone. It has no word for when it is done.
 constexpr std::chrono::milliseconds farewellTime { 300 };
 
+std::filesystem::path userDownloads()
+{
+    auto const* const folder = g_get_user_special_dir(G_USER_DIRECTORY_DOWNLOAD);
+    return folder ? folder : g_get_home_dir();
+}
+
 }
 
 struct Application::Ports {
@@ -63,6 +69,7 @@ Application::Options Application::userOptions()
         .data = g_get_user_data_dir(),
         .cache = g_get_user_cache_dir(),
         .configuration = g_get_user_config_dir(),
+        .downloads = userDownloads(),
     };
 }
 
@@ -96,6 +103,7 @@ void Application::on_startup()
     m_ports = std::make_unique<Ports>(*this, m_options);
     m_delegate = std::make_unique<AppDelegate>(AppEnvironment {
         .applicationSupport = m_options.data,
+        .downloads = m_options.downloads,
         .store
         = { .now = [] { return std::chrono::system_clock::now(); }, .makeUuid = &Uuid::random, .log = logToSystem },
         .engine = m_ports->engine,
@@ -141,10 +149,10 @@ void Application::terminate()
     m_farewell = m_ports->runLoop.after(farewellTime, [this] { quit(); });
 }
 
-std::unique_ptr<platform::WebWindow> Application::makeMainWindow(
-    MainWindowAppearance const& appearance, tarn::SidebarView& sidebar, platform::MenuBar& menuBar)
+std::unique_ptr<platform::WebWindow> Application::makeMainWindow(MainWindowAppearance const& appearance,
+    tarn::SidebarView& sidebar, DownloadList& downloads, platform::MenuBar& menuBar)
 {
-    return std::make_unique<MainWindow>(*this, appearance, sidebar, menuBar, windowServices());
+    return std::make_unique<MainWindow>(*this, appearance, sidebar, downloads, menuBar, windowServices());
 }
 
 std::unique_ptr<platform::PopupWindow> Application::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)

@@ -20,6 +20,8 @@ public:
         std::filesystem::path data;
         std::filesystem::path cache;
         std::filesystem::path configuration;
+        // Where the first save panel opens.
+        std::filesystem::path downloads;
         WebEngine::SessionSetUp sessionSetUp {};
         // Before the application opens its store for the first time.
         std::function<void(std::filesystem::path const& applicationSupport)> prepareData {};
@@ -41,7 +43,7 @@ private:
     void loadStyle();
     void terminate();
     std::unique_ptr<platform::WebWindow> makeMainWindow(
-        MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&) override;
+        MainWindowAppearance const&, tarn::SidebarView&, DownloadList&, platform::MenuBar&) override;
     std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
 
     WindowServices windowServices();

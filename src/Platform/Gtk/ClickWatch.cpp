@@ -29,20 +29,26 @@ void ClickWatch::receive(MessageChannel::Message const& message)
         .sequence = sequence,
         .inSubFrame = isTrue("sub"),
         .parentIsTop = isTrue("parentIsTop"),
+        .download = isTrue("download"),
         .target = body.contains("target") && body["target"].is_string() ? body["target"].get<std::string>() : "",
     };
 }
 
-platform::TargetFrame ClickWatch::takeTargetFrame(WebKitNavigationAction* action)
+void ClickWatch::complete(platform::NavigationAction& action)
 {
     using platform::TargetFrame;
     auto const click = std::exchange(m_last, std::nullopt);
-    if (!click) {
+    if (click) {
+        bool const leavesFrame = click->target == "_top" || (click->target == "_parent" && click->parentIsTop);
+        action.targetFrame = click->inSubFrame && !leavesFrame ? TargetFrame::sub : TargetFrame::main;
+        action.shouldPerformDownload = click->download;
+    } else if (action.button != platform::MouseButton::none) {
         // Clicked where no script may run: only in a sandboxed frame.
-        return webkit_navigation_action_get_mouse_button(action) != 0 ? TargetFrame::sub : TargetFrame::main;
+        action.targetFrame = TargetFrame::sub;
+    } else {
+        // A link that never was in the document: this is how a page saves what it has made.
+        action.shouldPerformDownload = action.url.starts_with("blob:") || action.url.starts_with("data:");
     }
-    bool const leavesFrame = click->target == "_top" || (click->target == "_parent" && click->parentIsTop);
-    return click->inSubFrame && !leavesFrame ? TargetFrame::sub : TargetFrame::main;
 }
 
 }

@@ -9,20 +9,22 @@
 
 namespace tarn::gtk {
 
-// Knows, for one view, in which frame a link was activated last.
+// Knows, for one view, how a link was activated last, and in which frame.
 class ClickWatch {
 public:
     static std::string_view script();
 
     void receive(MessageChannel::Message const&);
-    // The frame that the navigation of an activated link is for. One activation answers one question.
-    platform::TargetFrame takeTargetFrame(WebKitNavigationAction*);
+    // Completes what is known of the navigation of an activated link. One activation answers one question.
+    void complete(platform::NavigationAction&);
 
 private:
     struct Click {
         std::int64_t sequence { 0 };
         bool inSubFrame { false };
         bool parentIsTop { false };
+        // The link has the attribute of that name, and it counts.
+        bool download { false };
         std::string target;
     };
     std::optional<Click> m_last;

@@ -2,6 +2,7 @@
 
 #include <giomm/dbuswatchname.h>
 
+#include <cmath>
 #include <map>
 #include <vector>
 
@@ -32,6 +33,17 @@ void DockTile::setBadge(std::optional<std::int64_t> badge)
     send();
 }
 
+void DockTile::setProgress(std::optional<platform::DockProgressBar> bar)
+{
+    // The protocol has no word for a bar without a measure: such a one is empty.
+    auto const progress
+        = bar ? std::optional(static_cast<int>(std::lround(bar->fraction.value_or(0) * 100))) : std::nullopt;
+    if (progress == m_progress)
+        return;
+    m_progress = progress;
+    send();
+}
+
 void DockTile::send() const
 {
     if (!m_bus)
@@ -39,8 +51,8 @@ void DockTile::send() const
     std::map<Glib::ustring, Glib::VariantBase> const state {
         { "count", Glib::Variant<gint64>::create(m_badge.value_or(0)) },
         { "count-visible", Glib::Variant<bool>::create(m_badge.has_value()) },
-        { "progress", Glib::Variant<double>::create(0) },
-        { "progress-visible", Glib::Variant<bool>::create(false) },
+        { "progress", Glib::Variant<double>::create(m_progress.value_or(0) / 100.0) },
+        { "progress-visible", Glib::Variant<bool>::create(m_progress.has_value()) },
     };
     auto const entry = Glib::Variant<Glib::ustring>::create("application://" + m_applicationId + ".desktop");
     std::vector<Glib::VariantBase> const parameters {

@@ -16,6 +16,7 @@ public:
     ~DockTile() override;
 
     void setBadge(std::optional<std::int64_t>) override;
+    void setProgress(std::optional<platform::DockProgressBar>) override;
 
 private:
     void send() const;
@@ -23,6 +24,8 @@ private:
     Glib::RefPtr<Gio::DBus::Connection> m_bus;
     std::string m_applicationId;
     std::optional<std::int64_t> m_badge;
+    // In percent: a dock shows no more, and need not be told.
+    std::optional<int> m_progress;
     unsigned m_watch { 0 };
 };
 

@@ -21,10 +21,11 @@ bool isInside(Gtk::Widget* widget, GType type)
 }
 
 MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const& appearance,
-    tarn::SidebarView& sidebar, platform::MenuBar& menuBar, WindowServices const& services)
+    tarn::SidebarView& sidebar, DownloadList& downloads, platform::MenuBar& menuBar, WindowServices const& services)
     : m_application(application)
     , m_maximized(appearance.frame.maximized)
     , m_sidebar(sidebar, services.pictures, appearance.sidebarWidth)
+    , m_downloads(downloads)
     , m_editing(m_window)
     , m_menuBar(menuBar, m_window, services.pictures, platformCommands(services))
 {
@@ -34,6 +35,7 @@ MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const
     m_window.add_css_class("tarn-window");
 
     m_headerBar.pack_start(m_menuBar.widget());
+    m_headerBar.pack_end(m_downloads);
     // No text in the title bar: the menus have the room.
     m_headerBar.set_title_widget(*Gtk::make_managed<Gtk::Box>());
     m_window.set_titlebar(m_headerBar);

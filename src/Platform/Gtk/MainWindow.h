@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MainWindow/WindowFactory.h"
+#include "Platform/Gtk/DownloadsButton.h"
 #include "Platform/Gtk/NativeWindow.h"
 #include "Platform/Gtk/SidebarView.h"
 #include "Platform/Gtk/WindowCommands.h"
@@ -14,8 +15,8 @@ namespace tarn::gtk {
 
 class MainWindow final : public platform::WebWindow, public NativeWindow {
 public:
-    MainWindow(
-        Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, platform::MenuBar&, WindowServices const&);
+    MainWindow(Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, DownloadList&, platform::MenuBar&,
+        WindowServices const&);
     ~MainWindow() override;
 
     void present() override;
@@ -48,6 +49,7 @@ private:
     Gtk::Box m_box;
     SidebarView m_sidebar;
     Gtk::Stack m_stack;
+    DownloadsButton m_downloads;
     EditingCommands m_editing;
     MenuBarView m_menuBar;
 };

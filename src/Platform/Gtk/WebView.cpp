@@ -1,5 +1,6 @@
 #include "Platform/Gtk/WebView.h"
 
+#include "Platform/Gtk/Download.h"
 #include "Platform/Gtk/NoticeView.h"
 #include "Platform/Gtk/Sandbox.h"
 #include "Platform/Gtk/WebsiteDataStore.h"
@@ -22,6 +23,21 @@ Ref<WebKitSettings> makeSettings(platform::WebViewConfiguration const& configura
     webkit_settings_set_enable_back_forward_navigation_gestures(
         settings.get(), configuration.allowsBackForwardNavigationGestures);
     return settings;
+}
+
+void carryOut(platform::NavigationPolicy policy, WebKitPolicyDecision* decision)
+{
+    switch (policy) {
+    case platform::NavigationPolicy::cancel:
+        webkit_policy_decision_ignore(decision);
+        break;
+    case platform::NavigationPolicy::allow:
+        webkit_policy_decision_use(decision);
+        break;
+    case platform::NavigationPolicy::download:
+        webkit_policy_decision_download(decision);
+        break;
+    }
 }
 
 WebKitUserScript* makeUserScript(platform::UserScript const& script)
@@ -158,6 +174,8 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
               if (m_navigationDelegate)
                   m_navigationDelegate->historyDidChange(*this);
           })
+    , m_onDownloadStarted(static_cast<WebsiteDataStore const&>(*m_configuration.dataStore).session(), "download-started",
+          [this](WebKitDownload* download) { downloadStarted(download); })
     // The engine's own answer is a dialog in a nested main loop, which would stop every other page.
     , m_onPrint(m_view.get(), "print", [](WebKitPrintOperation*) -> gboolean { return TRUE; })
     , m_permissions(*this, m_view.get(), [this] { return m_uiDelegate; })
@@ -287,7 +305,9 @@ void WebView::readyToShow()
 
 gboolean WebView::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type)
 {
-    // Windows are decided on when they are made; responses by the engine.
+    if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE)
+        return decideResponse(WEBKIT_RESPONSE_POLICY_DECISION(decision));
+    // Windows are decided on when they are made.
     if (type != WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION)
         return FALSE;
 
@@ -299,15 +319,38 @@ gboolean WebView::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecis
         policy = platform::NavigationPolicy::cancel;
     } else {
         if (action.type == platform::NavigationType::linkActivated)
-            action.targetFrame = m_clicks.takeTargetFrame(engineAction);
+            m_clicks.complete(action);
         if (m_navigationDelegate)
             policy = m_navigationDelegate->decidePolicy(*this, action);
     }
-    if (policy == platform::NavigationPolicy::allow)
-        webkit_policy_decision_use(decision);
-    else
-        webkit_policy_decision_ignore(decision);
+    carryOut(policy, decision);
     return TRUE;
+}
+
+gboolean WebView::decideResponse(WebKitResponsePolicyDecision* decision)
+{
+    if (!m_navigationDelegate)
+        return FALSE;
+    auto* const response = webkit_response_policy_decision_get_response(decision);
+    platform::NavigationResponse translated {
+        .url = webkit_uri_response_get_uri(response),
+        .canShowMimeType = static_cast<bool>(webkit_response_policy_decision_is_mime_type_supported(decision)),
+    };
+    auto* const headers = webkit_uri_response_get_http_headers(response);
+    if (auto const* const disposition
+        = headers ? soup_message_headers_get_one(headers, "Content-Disposition") : nullptr)
+        translated.contentDisposition = disposition;
+    carryOut(m_navigationDelegate->decidePolicy(*this, translated), WEBKIT_POLICY_DECISION(decision));
+    return TRUE;
+}
+
+void WebView::downloadStarted(WebKitDownload* download)
+{
+    if (webkit_download_get_web_view(download) != m_view.get())
+        return;
+    auto started = std::make_shared<Download>(download);
+    if (m_navigationDelegate)
+        m_navigationDelegate->didBecomeDownload(*this, std::move(started));
 }
 
 void WebView::loadChanged(WebKitLoadEvent event)

@@ -53,6 +53,8 @@ private:
     GtkWidget* createWindow(WebKitNavigationAction*);
     void readyToShow();
     gboolean decidePolicy(WebKitPolicyDecision*, WebKitPolicyDecisionType);
+    gboolean decideResponse(WebKitResponsePolicyDecision*);
+    void downloadStarted(WebKitDownload*);
     void loadChanged(WebKitLoadEvent);
     void fail(platform::LoadFailure const&);
     void processTerminated(WebKitWebProcessTerminationReason);
@@ -92,6 +94,7 @@ private:
     Signal<void(GParamSpec*)> m_onTitle;
     Signal<void(GParamSpec*)> m_onUrl;
     Signal<void(WebKitBackForwardListItem*, gpointer)> m_onHistory;
+    Signal<void(WebKitDownload*)> m_onDownloadStarted;
     Signal<gboolean(WebKitPrintOperation*)> m_onPrint;
     PagePermissions m_permissions;
     Lifetime m_lifetime;

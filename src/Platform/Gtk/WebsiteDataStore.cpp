@@ -33,9 +33,11 @@ WebsiteDataStore::WebsiteDataStore(Uuid const& identifier, WebsiteFolders const&
     : m_identifier(identifier)
     , m_session(makeSession(folders, log))
     , m_downloadStarted(m_session.get(), "download-started", [log](WebKitDownload* download) {
+        if (webkit_download_get_web_view(download))
+            return; // The view's own business.
         // Left alone, the engine would save without asking, and delete a file of the same name when it fails.
         webkit_download_cancel(download);
-        log("[Downloads] not available yet; refused one");
+        log("[Downloads] refused one that comes from no page");
     })
 {
 }

@@ -1,17 +1,22 @@
 #include "Platform/Gtk/Workspace.h"
 
+#include "Platform/Gtk/BackgroundTask.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/Renderers.h"
 
 #include <gdk/gdk.h>
 #include <gio/gio.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
 namespace tarn::gtk {
 
-void Workspace::open(Url const& url)
+namespace {
+
+// Failures are logged as "COMPLAINT: reason".
+void launchDefault(char const* uri, Log const& log, std::string const& complaint)
 {
     auto const context = adopt(G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(gdk_display_get_default())));
     for (auto const* const name : chosenRendererVariables())
@@ -19,19 +24,63 @@ void Workspace::open(Url const& url)
 
     struct Request {
         Log log;
-        std::string scheme;
+        std::string complaint;
     };
     g_app_info_launch_default_for_uri_async(
-        url.string().c_str(), context.get(), nullptr,
+        uri, context.get(), nullptr,
         [](GObject*, GAsyncResult* result, gpointer data) {
             std::unique_ptr<Request> const request(static_cast<Request*>(data));
             GError* error = nullptr;
             if (!g_app_info_launch_default_for_uri_finish(result, &error)) {
-                request->log("[Links] could not open a \"" + request->scheme + "\" address: " + error->message);
+                request->log(request->complaint + ": " + error->message);
                 g_error_free(error);
             }
         },
-        new Request { m_log, std::string(url.scheme()) });
+        new Request { log, complaint });
+}
+
+enum class Opening { asDocument, asProgram, impossible };
+
+// A launcher is a program without being executable.
+Opening openingOf(std::filesystem::path const& path)
+{
+    static constexpr std::array programs { "application/java-archive", "application/vnd.appimage",
+        "application/vnd.microsoft.portable-executable", "application/x-desktop", "application/x-executable",
+        "application/x-iso9660-appimage", "application/x-java-archive", "application/x-ms-dos-executable",
+        "application/x-ms-shortcut", "application/x-msdownload", "application/x-msi", "application/x-sharedlib",
+        "application/x-shellscript" };
+    auto const file = adopt(g_file_new_for_path(path.c_str()));
+    auto const info = adopt(
+        g_file_query_info(file.get(), G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE "," G_FILE_ATTRIBUTE_ACCESS_CAN_EXECUTE,
+            G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
+    if (!info)
+        return Opening::impossible;
+    auto const* const type = g_file_info_get_content_type(info.get());
+    bool const isProgram = !type || g_file_info_get_attribute_boolean(info.get(), G_FILE_ATTRIBUTE_ACCESS_CAN_EXECUTE)
+        || std::ranges::any_of(programs, [&](auto const* program) { return g_content_type_is_a(type, program); });
+    return isProgram ? Opening::asProgram : Opening::asDocument;
+}
+
+}
+
+void Workspace::open(Url const& url)
+{
+    launchDefault(
+        url.string().c_str(), m_log, "[Links] could not open a \"" + std::string(url.scheme()) + "\" address");
+}
+
+void Workspace::openFile(std::filesystem::path const& file)
+{
+    runInBackground<Opening>([file] { return openingOf(file); }, m_lifetime.guard([this, file](Opening opening) {
+        auto* const uri = g_filename_to_uri(file.c_str(), nullptr, nullptr);
+        if (opening == Opening::asProgram)
+            reveal(file);
+        else if (opening == Opening::asDocument && uri)
+            launchDefault(uri, m_log, "[Files] could not open a file");
+        else
+            m_log("[Files] could not open a file: it is not there any more");
+        g_free(uri);
+    }));
 }
 
 void Workspace::reveal(std::filesystem::path const& file)

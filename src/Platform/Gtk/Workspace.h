@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Workspace.h"
+#include "Support/Lifetime.h"
 #include "Support/Log.h"
 
 namespace tarn::gtk {
@@ -13,10 +14,12 @@ public:
     }
 
     void open(Url const&) override;
+    void openFile(std::filesystem::path const&) override;
     void reveal(std::filesystem::path const&) override;
 
 private:
     Log m_log;
+    Lifetime m_lifetime;
 };
 
 }

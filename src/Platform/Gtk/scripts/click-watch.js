@@ -7,7 +7,9 @@
     const link = event.composedPath().find((node) => node.localName === "a" || node.localName === "area");
     const own = ++sequence;
     const target = link ? String(link.getAttribute("target") ?? "").toLowerCase() : "";
-    send("click", JSON.stringify({ sequence: own, sub: self !== top, parentIsTop: parent === top, target }));
+    // As the standard has it: of another origin the attribute says nothing.
+    const download = Boolean(link?.hasAttribute("download")) && (link.origin === location.origin || /^(blob|data):/.test(link.protocol));
+    send("click", JSON.stringify({ sequence: own, sub: self !== top, parentIsTop: parent === top, download, target }));
     // The page may have prevented it: then no question follows, and this takes the click back.
     setTimeout(() => send("click-done", JSON.stringify({ sequence: own })), 0);
   };

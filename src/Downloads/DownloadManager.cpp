@@ -1,0 +1,149 @@
+#include "Downloads/DownloadManager.h"
+
+#include "Downloads/SafeFileName.h"
+#include "Support/Ascii.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarn {
+
+DownloadManager::DownloadManager(Environment environment)
+    : m_environment(std::move(environment))
+    , m_folder(m_environment.defaults, m_environment.userFolder)
+    , m_dock(m_environment.dockTile)
+{
+    m_list.onCancel = [this](std::uint64_t id) { cancel(id); };
+    m_list.onOpen = [this](std::filesystem::path const& file) { m_environment.workspace.openFile(file); };
+    m_list.onReveal = [this](std::filesystem::path const& file) { m_environment.workspace.reveal(file); };
+}
+
+DownloadManager::~DownloadManager()
+{
+    for (auto const& [download, active] : m_active)
+        active.download->setDelegate(nullptr);
+    if (!m_active.empty())
+        m_environment.log("[Downloads] cancelled what was still running: " + std::to_string(m_active.size()));
+}
+
+bool DownloadManager::shouldDownload(platform::NavigationResponse const& response)
+{
+    return !response.canShowMimeType
+        || (response.contentDisposition && toAsciiLower(*response.contentDisposition).starts_with("attachment"));
+}
+
+void DownloadManager::adopt(std::shared_ptr<platform::Download> download, std::function<void()> const& closeEmptyPopup)
+{
+    auto& added = *download;
+    m_active[&added] = {
+        .download = std::move(download),
+        .id = ++m_lastID,
+    };
+    added.setDelegate(this);
+    if (closeEmptyPopup)
+        closeEmptyPopup();
+}
+
+void DownloadManager::decideDestination(platform::Download& download, std::string const& suggestedFilename,
+    Reply<std::optional<std::filesystem::path>> reply)
+{
+    auto const asked = std::make_shared<Reply<std::optional<std::filesystem::path>>>(std::move(reply));
+    auto answered = m_lifetime.guard([this, asked, &download](std::optional<std::filesystem::path> chosen) {
+        std::move (*asked)(start(download, std::move(chosen)));
+    });
+    m_environment.panels.showSavePanel(
+        {
+            .suggestedName = safeFileName(suggestedFilename),
+            .directory = m_folder.get(),
+        },
+        sheetWindow ? sheetWindow() : platform::SheetParent(), { std::move(answered), std::nullopt });
+}
+
+std::optional<std::filesystem::path> DownloadManager::start(
+    platform::Download const& download, std::optional<std::filesystem::path> chosen)
+{
+    // It may have broken off while the panel was open.
+    auto const active = m_active.find(&download);
+    if (active == m_active.end())
+        return std::nullopt;
+    if (!chosen) {
+        // The platform's part of it may still be at work: it ends on its own.
+        active->second.download->setDelegate(nullptr);
+        m_active.erase(active);
+        return std::nullopt;
+    }
+    m_folder.set(chosen->parent_path());
+    active->second.destination = chosen;
+    updateItem(active->second, DownloadItem::State::running);
+    updateDock();
+    return chosen;
+}
+
+void DownloadManager::progressDidChange(platform::Download& download)
+{
+    auto const active = m_active.find(&download);
+    if (active == m_active.end() || !active->second.destination)
+        return;
+    updateItem(active->second, DownloadItem::State::running);
+    updateDock();
+}
+
+void DownloadManager::didFinish(platform::Download& download)
+{
+    auto const finished = take(download);
+    if (!finished || !finished->destination)
+        return;
+    updateItem(*finished, DownloadItem::State::finished);
+    updateDock();
+    if (onFinished)
+        onFinished(*finished->destination);
+}
+
+void DownloadManager::didFail(platform::Download& download, std::string const& reason)
+{
+    auto const failed = take(download);
+    if (!failed)
+        return;
+    m_list.remove(failed->id);
+    updateDock();
+    m_environment.log("[Downloads] failed: " + reason);
+}
+
+std::optional<DownloadManager::Active> DownloadManager::take(platform::Download const& download)
+{
+    auto node = m_active.extract(&download);
+    if (node.empty())
+        return std::nullopt;
+    node.mapped().download->setDelegate(nullptr);
+    return std::move(node.mapped());
+}
+
+void DownloadManager::cancel(std::uint64_t id)
+{
+    auto const active = std::ranges::find_if(m_active, [&](auto const& entry) { return entry.second.id == id; });
+    if (active == m_active.end())
+        return;
+    // Kept alive: it may fail in the call.
+    auto const download = active->second.download;
+    download->cancel();
+}
+
+void DownloadManager::updateItem(Active const& active, DownloadItem::State state)
+{
+    m_list.set({
+        .id = active.id,
+        .state = state,
+        .file = *active.destination,
+        .progress = active.download->progress(),
+    });
+}
+
+void DownloadManager::updateDock()
+{
+    if (m_list.runningCount() == 0)
+        m_dock.hide();
+    else
+        m_dock.show(m_list.fraction());
+}
+
+}
