@@ -68,8 +68,13 @@ protected:
     FakeWorkspace workspace;
     FakeDockTile dockTile;
     gtk::Panels panels;
+<<<<<<< HEAD
     FakeNetworkMonitor networkMonitor;
     gtk::Pictures pictures;
+=======
+    // What the next launch uses.
+    platform::Panels* desktopPanels { &panels };
+>>>>>>> a041fd4 (Try downloads on a real web server)
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;
     // Taken up by the next launch; none unless the test sets one.
