@@ -22,6 +22,7 @@ class Demo:
         self.request_log = output / "requests.jsonl"
         self.process = None
         self.badge = None
+        self.progress = None
         self._entries = []
         self._read = 0
         self._first = 0
@@ -33,7 +34,7 @@ class Demo:
             None,
             None,
             Gio.DBusSignalFlags.NONE,
-            lambda _bus, _sender, _path, _interface, _signal, parameters: self._badge_changed(*parameters.unpack()),
+            lambda _bus, _sender, _path, _interface, _signal, parameters: self._entry_changed(*parameters.unpack()),
         )
 
     # Its processes
@@ -41,6 +42,8 @@ class Demo:
     def start(self, **environment):
         """As the first and only one. What it is asked from now on counts."""
         self.badge = None
+        self.progress = None
+        self.progress = None
         self.requests()
         self._first = len(self._entries)
         self.process = self._spawn(environment)
@@ -136,9 +139,10 @@ class Demo:
 
     # What it tells the desktop
 
-    def _badge_changed(self, entry, state):
+    def _entry_changed(self, entry, state):
         if entry == f"application://{APPLICATION_ID}.desktop":
             self.badge = state["count"] if state["count-visible"] else None
+            self.progress = state["progress"] if state["progress-visible"] else None
 
     def commands(self):
         """The window's: what can be done now, and the state of those that have one."""

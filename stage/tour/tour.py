@@ -1,6 +1,7 @@
 """A guided tour of the demo: it drives the real program with mouse and keys, and looks at each step whether it came
 true. Usage: tour.py DEMO OUTPUT, on a desktop of its own."""
 
+import os
 import shutil
 import sys
 import traceback
@@ -229,6 +230,28 @@ class Tour(Visitor):
         expect(not self.demo.sign_ins(), "a sign-in was asked for again")
         self.report.saw("both still signed in: nothing asked for a sign-in")
 
+    def downloads(self):
+        self.click_in_page(self.beacons("Mail", "loaded")[-1], "download-slow")
+        self.report.did("clicked on a link to a file that comes slowly")
+        focused = lambda: [w for w in self.desktop.windows(APPLICATION_ID) if w.title == "Save" and self.desktop.has_focus(w)]
+        self.wait(focused, "a save dialog")
+        file = Path(os.environ["XDG_DATA_HOME"]).parent / "Slow file.bin"
+        self.desktop.press("ctrl+a")
+        self.desktop.type(str(file))
+        self.desktop.press("Return")
+        self.report.did("typed where it is to go into the save dialog")
+        self.wait(lambda: self.place("button", "Downloads, 1 running"), "a running download in the title bar")
+        self.wait(lambda: self.demo.progress, "progress on the dock")
+        self.report.saw("the dialog gone, one running download in the title bar, progress on the dock")
+        self.wait(lambda: self.demo.progress is None, "the end of the progress")
+        size = file.stat().st_size
+        expect(size == 600_000, f"a file of {size} bytes")
+        self.report.saw(f"the plain icon on the dock again, and a file of {size} bytes")
+        self.click_on("button", "Downloads")
+        self.report.did("clicked on the downloads in the title bar")
+        self.photograph("downloads")
+        self.desktop.press("Escape")
+
     def turns_dark(self):
         self.quit()
         self.scheme = "dark"
@@ -263,6 +286,7 @@ STEPS = (
     ("Pages whose processes die come back by themselves", Tour.recovers),
     ("Closing the window only hides it", Tour.closes_and_opens),
     ("After a restart the size is the same, and both profiles are signed in", Tour.restarts),
+    ("A download asks where, shows how far it is, and becomes a file", Tour.downloads),
     ("Dark, where the desktop is", Tour.turns_dark),
 )
 

@@ -69,7 +69,9 @@ DownloadRow::DownloadRow(DownloadList& list, DownloadItem const& item)
     text->append(m_status);
     append(*text);
 
-    makeRowButton(m_open, "document-open-symbolic", "Open");
+    m_open.set_label("Open");
+    m_open.set_valign(Gtk::Align::CENTER);
+    m_open.add_css_class("flat");
     makeRowButton(m_reveal, "folder-symbolic", "Show in Folder");
     makeRowButton(m_cancel, "window-close-symbolic", "Cancel");
     setAccessibleLabel(m_open, "Open " + name);

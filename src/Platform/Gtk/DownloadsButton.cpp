@@ -90,7 +90,10 @@ void DownloadsButton::render()
     if (fraction)
         m_progress.set_fraction(*fraction);
     m_clear.set_visible(running < items.size());
-    setAccessibleLabel(*this, accessibleText(running, fraction));
+    auto const text = accessibleText(running, fraction);
+    setAccessibleLabel(*this, text);
+    // The part of it that takes the focus.
+    setAccessibleLabel(*get_first_child(), text);
     renderRows();
     pulseWhileUnmeasured(std::ranges::any_of(
         items, [](auto const& item) { return item.state == DownloadItem::State::running && !item.fraction(); }));
