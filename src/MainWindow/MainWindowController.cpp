@@ -208,6 +208,7 @@ PageServices MainWindowController::pageServices()
         .downloads = m_downloads,
         .externalLinks = m_externalLinks,
         .failedLoads = m_failedLoads,
+        .panels = m_environment.panels,
         .permissions = m_permissions,
         .recovery = m_recovery,
         .notifications = m_environment.notifications,

@@ -8,7 +8,8 @@
 namespace tarn {
 
 PageDelegate::PageDelegate(PageServices services)
-    : m_services(std::move(services))
+    : PageQuestions(services.panels)
+    , m_services(std::move(services))
 {
 }
 
@@ -30,6 +31,7 @@ void PageDelegate::adopt(std::shared_ptr<platform::Download> download, std::func
 
 void PageDelegate::didCommit(platform::WebView& view)
 {
+    pageEnded(view);
     m_services.failedLoads.didCommit(view);
 }
 
@@ -47,6 +49,7 @@ void PageDelegate::didFail(platform::WebView& view, platform::LoadFailure const&
 void PageDelegate::webContentProcessDidTerminate(
     platform::WebView& view, platform::ProcessTermination const& termination)
 {
+    pageEnded(view);
     m_services.recovery.didTerminate(view, termination);
 }
 

@@ -2,9 +2,9 @@
 
 #include "MainWindow/ExternalLinks.h"
 #include "MainWindow/FailedLoads.h"
+#include "MainWindow/PageQuestions.h"
 #include "MainWindow/PermissionQuestion.h"
 #include "MainWindow/WebProcessRecovery.h"
-#include "Platform/UIDelegate.h"
 
 #include <functional>
 
@@ -18,6 +18,7 @@ struct PageServices {
     DownloadManager& downloads;
     ExternalLinks& externalLinks;
     FailedLoads& failedLoads;
+    platform::Panels& panels;
     PermissionQuestion& permissions;
     WebProcessRecovery& recovery;
     // None where the application notifies nobody.
@@ -26,7 +27,7 @@ struct PageServices {
 };
 
 // What holds for every page alike, in the app views and in popups.
-class PageDelegate : public platform::NavigationDelegate, public platform::UIDelegate {
+class PageDelegate : public platform::NavigationDelegate, public PageQuestions {
 public:
     using NavigationDelegate::decidePolicy;
     platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationResponse const&) override;

@@ -4,7 +4,11 @@
 #include "Platform/Permission.h"
 #include "Support/Reply.h"
 
+#include <filesystem>
 #include <optional>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace tarn::platform {
 
@@ -16,7 +20,14 @@ struct WindowFeatures {
     std::optional<int> height {};
 };
 
-// What a page asks for that is outside its own view.
+// What a page's file input takes.
+struct OpenPanelParameters {
+    bool allowsMultipleSelection { false };
+    bool allowsDirectories { false };
+};
+
+// What a page asks for that is outside its own view. While a script's dialog waits for its answer the page stands
+// still, and with it the pages that share its process. A dropped reply is the answer of a user who turned away.
 class UIDelegate {
 public:
     // The page wants the action's URL in a new window. The view that is returned, made with the configuration unchanged
@@ -32,6 +43,17 @@ public:
     virtual void requestPermission(WebView&, PermissionRequest const&, Reply<bool>) { }
     // What such a request would be answered now.
     virtual PermissionState permissionState(WebView&, Permission) { return PermissionState::ask; }
+
+    virtual void runJavaScriptAlert(WebView&, std::string const& /*message*/, Reply<std::monostate>) { }
+    virtual void runJavaScriptConfirm(WebView&, std::string const& /*message*/, Reply<bool>) { }
+    virtual void runJavaScriptTextInput(WebView&, std::string const& /*prompt*/,
+        std::optional<std::string> const& /*defaultText*/, Reply<std::optional<std::string>>)
+    {
+    }
+    // The page would like to be left only if the user agrees.
+    virtual void runBeforeUnloadConfirm(WebView&, Reply<bool>) { }
+    // No file: the input stays as it is.
+    virtual void runOpenPanel(WebView&, OpenPanelParameters const&, Reply<std::vector<std::filesystem::path>>) { }
 
 protected:
     ~UIDelegate() = default;

@@ -64,6 +64,7 @@ protected:
     PageNavigation navigation { { .downloads = downloads,
                                     .externalLinks = externalLinks,
                                     .failedLoads = failedLoads,
+                                    .panels = panels,
                                     .permissions = permissions,
                                     .recovery = recovery,
                                     .log = addToLog },

@@ -135,6 +135,7 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     , m_sandbox(sandbox)
     , m_view(makeView(configuration, context, channel))
     , m_messages(*this, m_view.get(), configuration.userContentController.messageHandlers)
+    , m_dialogs(*this, m_view.get())
     , m_onDecidePolicy(
           m_view.get(), "decide-policy", [this](auto* decision, auto type) { return decidePolicy(decision, type); })
     , m_onCreate(m_view.get(), "create", [this](WebKitNavigationAction* action) { return createWindow(action); })
@@ -148,8 +149,10 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     , m_onLoadFailed(m_view.get(), "load-failed",
           [this](WebKitLoadEvent, char const* url, GError* error) -> gboolean {
               m_loadFailed = true;
-              if (m_timeoutUrl == url)
+              if (m_requested && m_requested->url.string() == url) {
                   m_timeout.reset();
+                  m_requested.reset();
+              }
               bool const intended = g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)
                   || error->domain == WEBKIT_POLICY_ERROR;
               if (!intended)
@@ -174,8 +177,8 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
               if (m_navigationDelegate)
                   m_navigationDelegate->historyDidChange(*this);
           })
-    , m_onDownloadStarted(static_cast<WebsiteDataStore const&>(*m_configuration.dataStore).session(), "download-started",
-          [this](WebKitDownload* download) { downloadStarted(download); })
+    , m_onDownloadStarted(static_cast<WebsiteDataStore const&>(*m_configuration.dataStore).session(),
+          "download-started", [this](WebKitDownload* download) { downloadStarted(download); })
     // The engine's own answer is a dialog in a nested main loop, which would stop every other page.
     , m_onPrint(m_view.get(), "print", [](WebKitPrintOperation*) -> gboolean { return TRUE; })
     , m_permissions(*this, m_view.get(), [this] { return m_uiDelegate; })
@@ -185,6 +188,9 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
         m_openerSize = { opener.get_width(), opener.get_height() };
     }
     m_configuration.opener = nullptr;
+    // The user may take any time over it.
+    m_dialogs.onAskToLeave = [this] { m_timeout.reset(); };
+    m_dialogs.onLeaveDecided = [this](bool leaves) { decideLeaving(leaves); };
     m_stack.add(*Glib::wrap(GTK_WIDGET(m_view.get())), "page");
     m_channel.setReceiver(m_view.get(), [this](auto const& message, MessageChannel::Answer answer) {
         if (message.name.starts_with("click"))
@@ -197,6 +203,12 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
 WebView::~WebView()
 {
     m_channel.removeReceiver(m_view.get());
+}
+
+void WebView::setUIDelegate(platform::UIDelegate* delegate)
+{
+    m_uiDelegate = delegate;
+    m_dialogs.setDelegate(delegate);
 }
 
 void WebView::grabFocus()
@@ -213,15 +225,35 @@ void WebView::load(platform::UrlRequest const& request)
     if (!m_url)
         m_url = request.url;
     whenPagesCanRun([this, request] {
-        m_timeoutUrl = request.url.string();
-        m_timeout = m_runLoop.after(request.timeout, [this] {
-            if (!webkit_web_view_is_loading(m_view.get()))
-                return;
-            webkit_web_view_stop_loading(m_view.get());
-            fail({ .url = m_timeoutUrl, .kind = platform::LoadFailure::Kind::timedOut });
-        });
+        if (!m_requested)
+            m_urlBefore = m_url;
+        m_requested = request;
+        startTimeout();
         webkit_web_view_load_uri(m_view.get(), request.url.string().c_str());
     });
+}
+
+void WebView::startTimeout()
+{
+    m_timeout = m_runLoop.after(m_requested->timeout, [this, url = m_requested->url.string()] {
+        if (!webkit_web_view_is_loading(m_view.get()))
+            return;
+        webkit_web_view_stop_loading(m_view.get());
+        fail({ .url = url, .kind = platform::LoadFailure::Kind::timedOut });
+    });
+}
+
+void WebView::decideLeaving(bool leaves)
+{
+    if (!m_requested)
+        return;
+    if (leaves) {
+        startTimeout();
+    } else {
+        // The engine goes on naming the page that was refused.
+        m_url = m_urlBefore;
+        m_requested.reset();
+    }
 }
 
 void WebView::reload()
@@ -363,6 +395,7 @@ void WebView::loadChanged(WebKitLoadEvent event)
         break;
     case WEBKIT_LOAD_COMMITTED:
         m_timeout.reset();
+        m_requested.reset();
         urlChanged();
         showNotice(std::nullopt);
         if (m_navigationDelegate)
@@ -378,6 +411,7 @@ void WebView::loadChanged(WebKitLoadEvent event)
 void WebView::fail(platform::LoadFailure const& failure)
 {
     m_timeout.reset();
+    m_requested.reset();
     if (m_navigationDelegate)
         m_navigationDelegate->didFail(*this, failure);
 }

@@ -2,6 +2,7 @@
 
 #include "Platform/Gtk/ClickWatch.h"
 #include "Platform/Gtk/MessageChannel.h"
+#include "Platform/Gtk/PageDialogs.h"
 #include "Platform/Gtk/PagePermissions.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/RunLoop.h"
@@ -33,7 +34,7 @@ public:
     void grabFocus();
 
     void setNavigationDelegate(platform::NavigationDelegate* delegate) override { m_navigationDelegate = delegate; }
-    void setUIDelegate(platform::UIDelegate* delegate) override { m_uiDelegate = delegate; }
+    void setUIDelegate(platform::UIDelegate*) override;
     void setOnTitleChange(std::function<void()> onTitleChange) override { m_onTitleChange = std::move(onTitleChange); }
 
     void load(platform::UrlRequest const&) override;
@@ -60,6 +61,8 @@ private:
     void processTerminated(WebKitWebProcessTerminationReason);
     void urlChanged();
     void whenPagesCanRun(std::function<void()>);
+    void startTimeout();
+    void decideLeaving(bool leaves);
 
     // What windows of its pages are made with too. Its store is in use as long as a view of it is there.
     platform::WebViewConfiguration m_configuration;
@@ -75,12 +78,14 @@ private:
     // Kept here: after the end of its process the engine's view has forgotten it.
     std::optional<Url> m_url;
     bool m_loadFailed { false };
-    // Of the last load() that has neither come nor failed yet.
-    std::string m_timeoutUrl;
+    // The last load() that has neither come nor failed yet, and what was shown before it.
+    std::optional<platform::UrlRequest> m_requested;
+    std::optional<Url> m_urlBefore;
     std::unique_ptr<platform::Timer> m_timeout;
 
     Ref<WebKitWebView> m_view;
     ScriptMessages m_messages;
+    PageDialogs m_dialogs;
     Gtk::Stack m_stack;
     std::unique_ptr<NoticeView> m_notice;
     Signal<gboolean(WebKitPolicyDecision*, WebKitPolicyDecisionType)> m_onDecidePolicy;
