@@ -280,12 +280,14 @@ void Panels::showOpenPanel(
         std::move(reply), [this](Dialog& ended) { end(ended); },
         [](Gtk::FileChooser& answered) {
             std::vector<std::filesystem::path> files;
-            auto const chosen = answered.get_files();
-            for (guint index = 0; index < chosen->get_n_items(); ++index) {
-                auto const file = std::dynamic_pointer_cast<Gio::File>(chosen->get_object(index));
+            // By hand: the list's own wrapper does not know what kind of files it holds.
+            auto const chosen = adopt(gtk_file_chooser_get_files(answered.gobj()));
+            for (guint index = 0; index < g_list_model_get_n_items(chosen.get()); ++index) {
+                auto const file = adopt(static_cast<GFile*>(g_list_model_get_item(chosen.get(), index)));
+                auto const* const name = g_file_peek_path(file.get());
                 std::error_code error;
                 // The dialog also takes names that were typed and do not exist.
-                auto path = std::filesystem::canonical(file ? file->get_path() : std::string(), error);
+                auto path = std::filesystem::canonical(name ? name : "", error);
                 if (!error)
                     files.push_back(std::move(path));
             }
