@@ -1,6 +1,7 @@
 #include "Platform/Gtk/PageDialogs.h"
 
 #include "Platform/Gtk/Ref.h"
+#include "Platform/Gtk/RunLoop.h"
 #include "Platform/WebView.h"
 
 #include <algorithm>
@@ -10,12 +11,15 @@ namespace tarn::gtk {
 
 namespace {
 
-// A dialog that the page waits in. Its script goes on when the last holder lets go.
+// A dialog that the page waits in. Its script goes on after the last holder has let go: on a later turn, as the engine
+// still needs a dialog that is answered while it announces it.
 std::shared_ptr<WebKitScriptDialog> hold(WebKitScriptDialog* dialog)
 {
     return { webkit_script_dialog_ref(dialog), [](WebKitScriptDialog* held) {
-                webkit_script_dialog_close(held);
-                webkit_script_dialog_unref(held);
+                RunLoop().post([held] {
+                    webkit_script_dialog_close(held);
+                    webkit_script_dialog_unref(held);
+                });
             } };
 }
 

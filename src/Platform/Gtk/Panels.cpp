@@ -118,8 +118,10 @@ public:
         if (sheetWindow)
             makeSheet(GTK_WINDOW(m_dialog.get()), *sheetWindow);
         gtk_window_present(GTK_WINDOW(m_dialog.get()));
-        if (m_entry)
-            gtk_widget_grab_focus(m_entry);
+        // Not the check box, which would take Return for itself.
+        auto* const first = m_entry ? m_entry : gtk_window_get_default_widget(GTK_WINDOW(m_dialog.get()));
+        if (first)
+            gtk_widget_grab_focus(first);
     }
     ~AlertDialog() override { gtk_window_destroy(GTK_WINDOW(m_dialog.get())); }
 
