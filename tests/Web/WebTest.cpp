@@ -83,12 +83,8 @@ void WebTest::launch(gtk::Sandbox& pageSandbox)
         .windows = *this,
         .workspace = workspace,
         .dockTile = dockTile,
-<<<<<<< HEAD
-        .panels = panels,
-        .networkMonitor = networkMonitor,
-=======
         .panels = *desktopPanels,
->>>>>>> a041fd4 (Try downloads on a real web server)
+        .networkMonitor = networkMonitor,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,
@@ -118,6 +114,7 @@ std::unique_ptr<platform::WebWindow> WebTest::makeMainWindow(MainWindowAppearanc
 
 std::unique_ptr<platform::PopupWindow> WebTest::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)
 {
+    popups.push_back(static_cast<gtk::WebView*>(&view));
     return std::make_unique<gtk::PopupWindow>(*m_application, view, menuBar, windowServices());
 }
 
@@ -170,6 +167,24 @@ void WebTest::waitForPage(GoogleApp app)
                 && !webkit_web_view_is_loading(page.engineView());
         },
         "page of " + std::string(app.title()));
+}
+
+Gtk::Window& WebTest::windowOf(gtk::WebView& page)
+{
+    return dynamic_cast<Gtk::Window&>(*page.widget().get_root());
+}
+
+gtk::WebView& WebTest::waitForPopup(std::size_t number, std::string const& host)
+{
+    waitUntil([&] { return popups.size() == number; }, "popup");
+    auto& popup = *popups.at(number - 1);
+    waitUntil(
+        [&] {
+            return popup.url() && popup.url()->host() == host && popup.title().value_or("") != ""
+                && !webkit_web_view_is_loading(popup.engineView()) && windowOf(popup).is_active();
+        },
+        "page of " + host + " in a popup");
+    return popup;
 }
 
 std::string WebTest::evaluate(gtk::WebView& page, std::string const& expression)

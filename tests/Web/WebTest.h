@@ -40,6 +40,8 @@ protected:
     ProfileStore& profiles() { return delegate->profiles(); }
     gtk::WebView& view(GoogleApp app) { return static_cast<gtk::WebView&>(controller().pool().view(app)); }
     Gtk::ApplicationWindow& window();
+    // The one that shows the view.
+    static Gtk::Window& windowOf(gtk::WebView&);
     std::filesystem::path dataFolder(Uuid const& profile) const;
     std::filesystem::path cacheFolder(Uuid const& profile) const;
 
@@ -48,6 +50,8 @@ protected:
     // Shows the app and waits until its page has loaded and has its title.
     void open(GoogleApp);
     void waitForPage(GoogleApp);
+    // Waits for the popup that something opens, until it is shown and has a page of that host.
+    gtk::WebView& waitForPopup(std::size_t number, std::string const& host);
     // The result of an expression, or of a promise, in the page's main frame, as a string.
     std::string evaluate(gtk::WebView&, std::string const& expression);
     // How often a path of a host was asked for.
@@ -68,17 +72,16 @@ protected:
     FakeWorkspace workspace;
     FakeDockTile dockTile;
     gtk::Panels panels;
-<<<<<<< HEAD
-    FakeNetworkMonitor networkMonitor;
-    gtk::Pictures pictures;
-=======
     // What the next launch uses.
     platform::Panels* desktopPanels { &panels };
->>>>>>> a041fd4 (Try downloads on a real web server)
+    FakeNetworkMonitor networkMonitor;
+    gtk::Pictures pictures;
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;
     // Taken up by the next launch; none unless the test sets one.
     std::unique_ptr<platform::NotificationCenter> notificationCenter;
+    // In the order their windows were made; those of closed windows dangle.
+    std::vector<gtk::WebView*> popups;
     std::vector<std::string> log;
     gtk::Sandbox sandbox;
     std::unique_ptr<gtk::WebEngine> engine;

@@ -82,6 +82,8 @@ void PopupWindow::present()
 {
     m_application.add_window(m_window);
     bool const isFirst = !isVisible();
+    if (isFirst)
+        applyContentSize();
     Activation::present(m_application, m_window);
     if (isFirst)
         m_view.grabFocus();
@@ -89,12 +91,28 @@ void PopupWindow::present()
 
 void PopupWindow::setContentSize(int width, int height)
 {
-    int minimum = 0;
-    int titleBar = 0;
-    int baseline = -1;
-    m_headerBar.measure(Gtk::Orientation::VERTICAL, -1, minimum, titleBar, baseline, baseline);
+    m_contentSize = { width, height };
+}
+
+void PopupWindow::applyContentSize()
+{
+    // What the title bar and the border add is known once the window is realised.
+    gtk_widget_realize(GTK_WIDGET(m_window.gobj()));
     auto const screen = largestMonitor(m_window);
-    m_window.set_default_size(std::min(width, screen.get_width()), std::min(height + titleBar, screen.get_height()));
+    auto& content = m_view.widget();
+    content.set_size_request(
+        std::min(m_contentSize.first, screen.get_width()), std::min(m_contentSize.second, screen.get_height()));
+    auto const sizeIn = [&](Gtk::Orientation orientation) {
+        int minimum = 0;
+        int natural = 0;
+        int baseline = -1;
+        m_window.measure(orientation, -1, minimum, natural, baseline, baseline);
+        return minimum;
+    };
+    auto const width = sizeIn(Gtk::Orientation::HORIZONTAL);
+    auto const height = sizeIn(Gtk::Orientation::VERTICAL);
+    content.set_size_request(-1, -1);
+    m_window.set_default_size(std::min(width, screen.get_width()), std::min(height, screen.get_height()));
 }
 
 void PopupWindow::setTitle(std::string const& title)

@@ -10,6 +10,8 @@
 #include <gtkmm/image.h>
 #include <gtkmm/label.h>
 
+#include <utility>
+
 namespace tarn::gtk {
 
 class WebView;
@@ -30,8 +32,12 @@ public:
     Gtk::Window& native() override { return m_window; }
 
 private:
+    void applyContentSize();
+
     Gtk::Application& m_application;
     WebView& m_view;
+    // In points.
+    std::pair<int, int> m_contentSize { 0, 0 };
     std::function<void()> m_onClose;
 
     Gtk::ApplicationWindow m_window;

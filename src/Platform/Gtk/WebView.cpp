@@ -6,7 +6,7 @@
 #include "Platform/Gtk/WebsiteDataStore.h"
 
 #include <gdk/gdk.h>
-#include <gtkmm/widget.h>
+#include <gtkmm/window.h>
 
 #include <algorithm>
 
@@ -109,6 +109,9 @@ platform::LoadFailure::Kind kindOf(GError const* error)
     using Kind = platform::LoadFailure::Kind;
     if (error->domain == G_RESOLVER_ERROR)
         return Kind::nameNotFound;
+    // A connection that breaks while it is made says nothing of the server.
+    if (g_error_matches(error, G_TLS_ERROR, G_TLS_ERROR_EOF) || g_error_matches(error, G_TLS_ERROR, G_TLS_ERROR_MISC))
+        return Kind::cannotConnect;
     if (error->domain == G_TLS_ERROR)
         return Kind::notSecure;
     if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT))
@@ -184,8 +187,8 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     , m_permissions(*this, m_view.get(), [this] { return m_uiDelegate; })
 {
     if (configuration.opener) {
-        auto const& opener = widgetOf(*configuration.opener);
-        m_openerSize = { opener.get_width(), opener.get_height() };
+        if (auto const* const window = dynamic_cast<Gtk::Window*>(widgetOf(*configuration.opener).get_root()))
+            window->get_default_size(m_openerSize.first, m_openerSize.second);
     }
     m_configuration.opener = nullptr;
     // The user may take any time over it.
@@ -323,7 +326,7 @@ void WebView::readyToShow()
 {
     if (!m_uiDelegate)
         return;
-    // Where the page says nothing, the engine names the size of the opener, or 100 for links.
+    // Where the page says nothing, the engine names the size of the opener's window, or 100 for links.
     constexpr int nothing = 100;
     GdkRectangle size {};
     webkit_window_properties_get_geometry(webkit_web_view_get_window_properties(m_view.get()), &size);

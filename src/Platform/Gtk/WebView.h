@@ -66,7 +66,7 @@ private:
 
     // What windows of its pages are made with too. Its store is in use as long as a view of it is there.
     platform::WebViewConfiguration m_configuration;
-    // In points, of the opener when it opened this; what the page wants of its own size differs from it.
+    // In points, of the opener's window when it opened this; what the page wants of its own size differs from it.
     std::pair<int, int> m_openerSize { 0, 0 };
     MessageChannel& m_channel;
     Sandbox& m_sandbox;

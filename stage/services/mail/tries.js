@@ -30,7 +30,7 @@
       element('ul', {},
         line('same', '/mail/u/0/#inbox/c4', 'Same app'), line('calendar', 'https://calendar.google.com/calendar/u/0/r', 'Calendar'),
         line('docs', 'https://docs.google.com/document/create', 'A document'), line('foreign', news, 'News site'),
-        line('wrapped', wrapped, 'News, wrapped'), line('tel', 'tel:+15550123', 'Telephone'),
+        line('wrapped', wrapped, 'News, wrapped'), line('meeting', 'meeting://join/42', 'A meeting'), line('tel', 'tel:+15550123', 'Telephone'),
         line('mailto', 'mailto:mira@example.com?subject=Hello%20there', 'Write to Mira'))),
     element('section', { class: 'card' }, element('h3', {}, 'Script and forms'),
       element('div', { class: 'row' },
@@ -39,6 +39,8 @@
       element('div', { class: 'row' },
         button('open-popup', 'Open window', () => window.open('/_stage/popup.html', 'popup', features)),
         button('open-foreign', 'Open news', () => window.open(news)),
+        button('open-sign-in', 'Sign in', () => window.open('https://accounts.google.com/ServiceLogin?by=hand&continue='
+          + encodeURIComponent(location.origin + '/_stage/signed-in.html'), 'sign-in', 'width=520,height=640')),
         button('open-later', 'Open later', openLater)), answer,
       element('label', { class: 'row' }, leave, 'Ask before leaving')),
     element('section', { class: 'card' }, element('h3', {}, 'Frames'),
