@@ -47,27 +47,43 @@ void DownloadManager::adopt(std::shared_ptr<platform::Download> download, std::f
 void DownloadManager::decideDestination(platform::Download& download, std::string const& suggestedFilename,
     Reply<std::optional<std::filesystem::path>> reply)
 {
-    auto const asked = std::make_shared<Reply<std::optional<std::filesystem::path>>>(std::move(reply));
-    auto answered = m_lifetime.guard([this, asked, &download](std::optional<std::filesystem::path> chosen) {
-        std::move (*asked)(start(download, std::move(chosen)));
-    });
-    m_environment.panels.showSavePanel(
-        {
-            .suggestedName = safeFileName(suggestedFilename),
-            .directory = m_folder.get(),
-        },
-        sheetWindow ? sheetWindow() : platform::SheetParent(), { std::move(answered), std::nullopt });
+    auto const active = m_active.find(&download);
+    if (active == m_active.end())
+        return;
+    m_questions.push_back({ active->second.id, safeFileName(suggestedFilename), std::move(reply) });
+    askNext();
+}
+
+void DownloadManager::askNext()
+{
+    while (!m_isAsking && !m_questions.empty()) {
+        auto const question = std::make_shared<Question>(std::move(m_questions.front()));
+        m_questions.pop_front();
+        if (findActive(question->id) == m_active.end())
+            continue; // It has broken off while it waited.
+        m_isAsking = true;
+        auto answered = m_lifetime.guard([this, question](std::optional<std::filesystem::path> chosen) {
+            m_isAsking = false;
+            std::move(question->reply)(start(question->id, std::move(chosen)));
+            askNext();
+        });
+        m_environment.panels.showSavePanel(
+            {
+                .suggestedName = question->name,
+                .directory = m_folder.get(),
+            },
+            sheetWindow ? sheetWindow() : platform::SheetParent(), { std::move(answered), std::nullopt });
+    }
 }
 
 std::optional<std::filesystem::path> DownloadManager::start(
-    platform::Download const& download, std::optional<std::filesystem::path> chosen)
+    std::uint64_t id, std::optional<std::filesystem::path> chosen)
 {
+    auto const active = findActive(id);
     // It may have broken off while the panel was open.
-    auto const active = m_active.find(&download);
     if (active == m_active.end())
         return std::nullopt;
     if (!chosen) {
-        // The platform's part of it may still be at work: it ends on its own.
         active->second.download->setDelegate(nullptr);
         m_active.erase(active);
         return std::nullopt;
@@ -118,9 +134,14 @@ std::optional<DownloadManager::Active> DownloadManager::take(platform::Download 
     return std::move(node.mapped());
 }
 
+DownloadManager::ActiveDownloads::iterator DownloadManager::findActive(std::uint64_t id)
+{
+    return std::ranges::find_if(m_active, [&](auto const& entry) { return entry.second.id == id; });
+}
+
 void DownloadManager::cancel(std::uint64_t id)
 {
-    auto const active = std::ranges::find_if(m_active, [&](auto const& entry) { return entry.second.id == id; });
+    auto const active = findActive(id);
     if (active == m_active.end())
         return;
     // Kept alive: it may fail in the call.

@@ -11,6 +11,7 @@
 #include "Support/Lifetime.h"
 #include "Support/Log.h"
 
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -57,13 +58,24 @@ private:
         std::optional<std::filesystem::path> destination {};
     };
 
+    using ActiveDownloads = std::map<platform::Download const*, Active>;
+    struct Question {
+        std::uint64_t id { 0 };
+        std::string name;
+        Reply<std::optional<std::filesystem::path>> reply;
+    };
+
     void decideDestination(platform::Download&, std::string const& suggestedFilename,
         Reply<std::optional<std::filesystem::path>>) override;
     void progressDidChange(platform::Download&) override;
     void didFinish(platform::Download&) override;
     void didFail(platform::Download&, std::string const& reason) override;
 
-    std::optional<std::filesystem::path> start(platform::Download const&, std::optional<std::filesystem::path> chosen);
+    // One panel at a time, however many a page starts at once.
+    void askNext();
+    // Gives back where it goes, if anywhere.
+    std::optional<std::filesystem::path> start(std::uint64_t id, std::optional<std::filesystem::path> chosen);
+    ActiveDownloads::iterator findActive(std::uint64_t id);
     std::optional<Active> take(platform::Download const&);
     void cancel(std::uint64_t id);
     void updateItem(Active const&, DownloadItem::State);
@@ -73,7 +85,9 @@ private:
     DownloadFolder m_folder;
     DockProgress m_dock;
     DownloadList m_list;
-    std::map<platform::Download const*, Active> m_active;
+    ActiveDownloads m_active;
+    std::deque<Question> m_questions;
+    bool m_isAsking { false };
     std::uint64_t m_lastID { 0 };
     Lifetime m_lifetime;
 };

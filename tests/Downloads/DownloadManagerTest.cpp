@@ -105,8 +105,8 @@ TEST_F(DownloadManagerTest, AsksWhereAndRemembersTheFolder)
     EXPECT_EQ(panels.savePanels[0].parent, platform::SheetParent(reinterpret_cast<platform::Window*>(8)));
 
     for (auto const* const unusable : { "", "relative", "file://", "https://x/" }) {
+        panels.save(std::nullopt);
         defaults.values["LastDownloadFolder"] = unusable;
-        panels.savePanels.clear();
         adopt();
         EXPECT_EQ(panels.savePanels[0].panel.directory, "/home/ada/Downloads") << unusable;
     }
@@ -126,11 +126,30 @@ TEST_F(DownloadManagerTest, ACancelledPanelCancelsTheDownloadInSilence)
     EXPECT_EQ(defaults.writes, 0);
 }
 
+TEST_F(DownloadManagerTest, AsksForOneAfterTheOther)
+{
+    auto const first = adopt("first");
+    auto const second = adopt("second");
+    auto const third = adopt("third");
+    auto const fourth = adopt("fourth");
+    ASSERT_THAT(panels.savePanels, SizeIs(1));
+    second->fail("the connection broke");
+    panels.save(std::nullopt);
+    ASSERT_THAT(panels.savePanels, SizeIs(1));
+    EXPECT_EQ(panels.savePanels[0].panel.suggestedName, "third") << "the second is not asked for any more";
+    EXPECT_TRUE(second->destination && !*second->destination);
+    panels.dismiss({});
+    EXPECT_TRUE(third->destination && !*third->destination);
+    EXPECT_EQ(panels.savePanels.at(0).panel.suggestedName, "fourth");
+    panels.save("/d/fourth");
+    EXPECT_EQ(**fourth->destination, "/d/fourth");
+}
+
 TEST_F(DownloadManagerTest, OneBarForAllWhileAnyHasADestination)
 {
     auto const undecided = adopt();
     EXPECT_THAT(dockTile.progress, IsEmpty());
-    panels.savePanels.clear();
+    panels.save(std::nullopt);
 
     auto const unsized = start("/d/unsized", { 0, -1 });
     EXPECT_EQ(bar(), -1);
@@ -164,9 +183,7 @@ TEST_F(DownloadManagerTest, ADownloadMayEndWhileItsPanelIsOpen)
     EXPECT_FALSE(*broken->destination);
     EXPECT_THAT(log, ElementsAre("[Downloads] failed: the connection broke"));
 
-    auto const left = adopt();
     auto const running = start("/d/other", { 1, 2 });
-    panels.savePanels.clear();
     auto const open = adopt();
     manager.reset();
     EXPECT_EQ(bar(), -2);
