@@ -2,6 +2,7 @@
 
 #include "Bridge/BridgeScripts.h"
 #include "Bridge/NotificationBridge.h"
+#include "MainWindow/PrintBridge.h"
 #include "MainWindow/ProfileMenu.h"
 #include "Profiles/DataStoreRemoval.h"
 #include "Profiles/Zoom.h"
@@ -63,6 +64,7 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
           .log = m_environment.log,
       })
     , m_navigation(pageServices(), m_session)
+    , m_mailPrint(m_environment.panels)
     , m_popups(m_environment.runLoop)
 {
     if (!m_dataStoreFor)
@@ -70,6 +72,7 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
 
     m_sidebar.onSelectApp = [this](GoogleApp app) { show(app); };
     m_sidebar.onProfile = [this] { m_sidebar.popUpProfileMenu(profileMenu()); };
+    m_findBar.onFocusPage = [this](WebView& view) { m_window->focus(view); };
     m_navigation.onHistoryChange = [this](WebView& view) {
         if (&view == currentView())
             m_environment.menuBar.revalidate();
@@ -110,7 +113,7 @@ void MainWindowController::makeWindow()
             .minimumHeight = minimumHeight,
             .sidebarWidth = sidebarWidth,
         },
-        m_sidebar, m_downloads.list(), m_environment.menuBar);
+        m_sidebar, m_downloads.list(), m_findBar, m_environment.menuBar);
     m_window->setOnFrameChange([this](platform::WindowFrame frame) { m_frame.frameDidChange(frame); });
 }
 
@@ -155,6 +158,7 @@ void MainWindowController::rebuildPool(Profile const& profile)
         [notifications = m_environment.notifications](platform::UserContentController& content) {
             if (notifications)
                 notifications->install(content);
+            PrintBridge::install(content);
             content.userScripts.push_back({
                 .source = std::string(BridgeScripts::promoDismissal()),
                 .injectionTime = platform::InjectionTime::documentEnd,
@@ -188,6 +192,11 @@ void MainWindowController::show(GoogleApp app)
     m_window->focus(view);
     m_sidebar.setActive(app);
     m_environment.menuBar.revalidate();
+    if (m_findBar.serves(view))
+        return;
+    m_findBar.setWebView(view);
+    if (m_findBar.isVisible())
+        m_findBar.hide();
 }
 
 void MainWindowController::bringForward(WebView const& view)
@@ -273,6 +282,25 @@ void MainWindowController::reloadOtherApps(WebView const& except)
     }
 }
 
+void MainWindowController::showFind()
+{
+    if (auto* const view = currentView()) {
+        m_findBar.setWebView(*view);
+        m_findBar.show();
+    }
+}
+
+void MainWindowController::printPage()
+{
+    auto* const view = currentView();
+    if (!view)
+        return;
+    if (m_current == GoogleApp::mail)
+        m_mailPrint.print(*view);
+    else
+        PrintBridge::print(*view);
+}
+
 void MainWindowController::applyZoom(std::optional<double> delta)
 {
     auto* const view = currentView();
@@ -333,6 +361,18 @@ bool MainWindowController::perform(Command command, int tag)
     case Command::actualSize:
         applyZoom(std::nullopt);
         return true;
+    case Command::showFind:
+        showFind();
+        return true;
+    case Command::findNext:
+        m_findBar.find(platform::FindDirection::forward);
+        return true;
+    case Command::findPrevious:
+        m_findBar.find(platform::FindDirection::backward);
+        return true;
+    case Command::printPage:
+        printPage();
+        return true;
     default:
         return false;
     }
@@ -355,6 +395,10 @@ std::optional<CommandState> MainWindowController::validate(Command command, int 
     case Command::zoomIn:
     case Command::zoomOut:
     case Command::actualSize:
+    case Command::showFind:
+    case Command::findNext:
+    case Command::findPrevious:
+    case Command::printPage:
         return CommandState {};
     default:
         return std::nullopt;

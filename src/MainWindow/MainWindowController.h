@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Downloads/DownloadManager.h"
+#include "MainWindow/FindBarController.h"
 #include "MainWindow/FrameAutosave.h"
 #include "MainWindow/LinkQuestion.h"
+#include "MainWindow/MailPrint.h"
 #include "MainWindow/PageNavigation.h"
 #include "MainWindow/PopupList.h"
 #include "MainWindow/SessionRefresher.h"
@@ -54,6 +56,7 @@ public:
     // Set by the owner; the profile menus then offer it.
     void setOnManageProfiles(std::function<void()>);
     SidebarView& sidebar() { return m_sidebar; }
+    FindBarController& findBar() { return m_findBar; }
     platform::WebWindow& window() { return *m_window; }
     WebViewPool& pool() { return *m_pool; }
     DownloadManager& downloads() { return m_downloads; }
@@ -83,6 +86,8 @@ private:
     void profilesChanged();
     void rebuildPool(Profile const&);
     void configure(platform::WebView&, GoogleApp);
+    void showFind();
+    void printPage();
     void applyZoom(std::optional<double> delta);
     platform::WebView* currentView() const;
     platform::Menu profileMenu();
@@ -101,6 +106,7 @@ private:
     GoogleApp m_current { GoogleApp::mail };
 
     SidebarView m_sidebar;
+    FindBarController m_findBar;
     FrameAutosave m_frame;
     UnreadWatch m_unread;
     SessionRefresher m_session;
@@ -112,6 +118,7 @@ private:
     LinkQuestion m_linkQuestion;
     DownloadManager m_downloads;
     PageNavigation m_navigation;
+    MailPrint m_mailPrint;
     std::unique_ptr<platform::WebWindow> m_window;
     // After its delegates, so that the views end first.
     std::unique_ptr<WebViewPool> m_pool;

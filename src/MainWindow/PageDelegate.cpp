@@ -8,7 +8,7 @@
 namespace tarn {
 
 PageDelegate::PageDelegate(PageServices services)
-    : PageQuestions(services.panels)
+    : PageQuestions(services.panels, services.log)
     , m_services(std::move(services))
 {
 }

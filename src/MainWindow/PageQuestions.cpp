@@ -31,4 +31,12 @@ void PageQuestions::runOpenPanel(platform::WebView& view, platform::OpenPanelPar
     FilePicker::choose(m_panels, parameters, view, std::move(reply));
 }
 
+void PageQuestions::didFailToPrint(platform::WebView& view, std::string const& reason)
+{
+    m_questionLog("[Print] failed: " + reason);
+    m_panels.showAlert(
+        { .message = "The page could not be printed.", .informativeText = reason, .buttons = { { .title = "OK" } } },
+        &view, { [](platform::AlertResponse const&) {}, {} });
+}
+
 }

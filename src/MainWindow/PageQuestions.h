@@ -2,6 +2,7 @@
 
 #include "MainWindow/JavaScriptDialogs.h"
 #include "Platform/UIDelegate.h"
+#include "Support/Log.h"
 
 namespace tarn {
 
@@ -9,8 +10,9 @@ namespace tarn {
 class PageQuestions : public platform::UIDelegate {
 public:
     // The panels outlive this.
-    explicit PageQuestions(platform::Panels& panels)
+    PageQuestions(platform::Panels& panels, Log log)
         : m_panels(panels)
+        , m_questionLog(std::move(log))
         , m_dialogs(panels)
     {
     }
@@ -22,6 +24,7 @@ public:
     void runBeforeUnloadConfirm(platform::WebView&, Reply<bool>) override;
     void runOpenPanel(
         platform::WebView&, platform::OpenPanelParameters const&, Reply<std::vector<std::filesystem::path>>) override;
+    void didFailToPrint(platform::WebView&, std::string const& reason) override;
 
 protected:
     ~PageQuestions() = default;
@@ -31,6 +34,7 @@ protected:
 
 private:
     platform::Panels& m_panels;
+    Log m_questionLog;
     JavaScriptDialogs m_dialogs;
 };
 

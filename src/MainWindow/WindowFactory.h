@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Downloads/DownloadList.h"
+#include "MainWindow/FindBarController.h"
 #include "MainWindow/SidebarView.h"
 #include "Platform/MenuBar.h"
 #include "Platform/Window.h"
@@ -25,7 +26,7 @@ public:
     virtual ~WindowFactory() = default;
 
     virtual std::unique_ptr<platform::WebWindow> makeMainWindow(
-        MainWindowAppearance const&, SidebarView&, DownloadList&, platform::MenuBar&)
+        MainWindowAppearance const&, SidebarView&, DownloadList&, FindBarController&, platform::MenuBar&)
         = 0;
     // The menu bar is not drawn: it gives the window its commands. The view outlives the window.
     virtual std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) = 0;

@@ -55,6 +55,9 @@ public:
     // No file: the input stays as it is.
     virtual void runOpenPanel(WebView&, OpenPanelParameters const&, Reply<std::vector<std::filesystem::path>>) { }
 
+    // What the user wanted printed was not; the reason in plain words of the platform.
+    virtual void didFailToPrint(WebView&, std::string const& /*reason*/) { }
+
 protected:
     ~UIDelegate() = default;
 };

@@ -26,6 +26,15 @@ struct PageNotice {
     std::function<void()> onButton;
 };
 
+enum class FindDirection { forward, backward };
+
+struct FindOptions {
+    FindDirection direction { FindDirection::forward };
+    bool matchCase { false };
+    // Past the end of the page, on from its start.
+    bool wraps { true };
+};
+
 // One web page area. Its identity is its address. The delegates must outlive it.
 class WebView {
 public:
@@ -57,8 +66,23 @@ public:
     virtual double pageZoom() const = 0;
     virtual void setPageZoom(double factor) = 0;
 
-    // Runs in the page's main frame; the result and errors are ignored.
-    virtual void evaluateJavaScript(std::string const& source) = 0;
+    // Runs in the page's main frame. The completion gets the result as JSON text; nothing on an error, or when the
+    // result has no such text. It is called once, or never when the view ends before.
+    virtual void evaluateJavaScript(
+        std::string const& source, std::function<void(std::optional<std::string>)> completion)
+        = 0;
+    // The result and errors are ignored.
+    void evaluateJavaScript(std::string const& source) { evaluateJavaScript(source, {}); }
+
+    // Marks the next match, seen from what is marked now, and scrolls to it. While the text is being typed, the match
+    // that is marked may be the next one too. The completion says whether there is one; it is called once, or never
+    // when the view ends before.
+    virtual void find(std::string const& text, FindOptions const&, std::function<void(bool found)> completion) = 0;
+    // Takes the marks away.
+    virtual void endFind() = 0;
+
+    // Lets the user choose how the page is printed. Nothing while that goes on already.
+    virtual void print() = 0;
 
     // Covers the page with the notice, or uncovers it. A load or reload uncovers it too.
     virtual void showNotice(std::optional<PageNotice>) = 0;

@@ -151,8 +151,8 @@ private:
 
 class FakeWindowFactory final : public WindowFactory {
 public:
-    std::unique_ptr<platform::WebWindow> makeMainWindow(
-        MainWindowAppearance const& appearance, SidebarView&, DownloadList&, platform::MenuBar&) override
+    std::unique_ptr<platform::WebWindow> makeMainWindow(MainWindowAppearance const& appearance, SidebarView&,
+        DownloadList&, FindBarController&, platform::MenuBar&) override
     {
         main.appearance = appearance;
         return std::make_unique<FakeWindow>(main);

@@ -49,7 +49,22 @@ public:
     std::optional<std::string> title() const override { return currentTitle; }
     double pageZoom() const override { return zoom; }
     void setPageZoom(double factor) override { zoom = factor; }
-    void evaluateJavaScript(std::string const& source) override { events.push_back("script " + source); }
+    void evaluateJavaScript(
+        std::string const& source, std::function<void(std::optional<std::string>)> completion) override
+    {
+        events.push_back("script " + source);
+        scriptCompletion = std::move(completion);
+    }
+    void find(
+        std::string const& text, platform::FindOptions const& options, std::function<void(bool)> completion) override
+    {
+        auto const backward = options.direction == platform::FindDirection::backward;
+        events.push_back((backward ? "find backward " : "find ") + text);
+        findOptions = options;
+        findCompletion = std::move(completion);
+    }
+    void endFind() override { events.emplace_back("end find"); }
+    void print() override { events.emplace_back("print"); }
     void showNotice(std::optional<platform::PageNotice> notice) override { currentNotice = std::move(notice); }
 
     // The engine's side.
@@ -99,6 +114,10 @@ public:
     platform::NavigationDelegate* navigationDelegate { nullptr };
     platform::UIDelegate* uiDelegate { nullptr };
     std::function<void()> onTitleChange;
+    // Of the last call.
+    std::function<void(std::optional<std::string>)> scriptCompletion;
+    platform::FindOptions findOptions;
+    std::function<void(bool)> findCompletion;
     std::vector<std::string> events;
     std::chrono::seconds timeout { 0 };
     std::optional<Url> currentUrl;

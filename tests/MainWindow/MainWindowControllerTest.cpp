@@ -78,8 +78,10 @@ TEST_F(MainWindowControllerTest, OpensOnMailWithOneView)
     EXPECT_TRUE(configuration.javaScriptCanOpenWindowsAutomatically);
     EXPECT_TRUE(configuration.elementFullscreenEnabled);
     EXPECT_TRUE(configuration.allowsBackForwardNavigationGestures);
-    ASSERT_EQ(configuration.userContentController.userScripts.size(), 1);
-    EXPECT_EQ(configuration.userContentController.userScripts[0].injectionTime, platform::InjectionTime::documentEnd);
+    auto const& scripts = configuration.userContentController.userScripts;
+    ASSERT_EQ(scripts.size(), 2);
+    EXPECT_EQ(scripts[0].frames, platform::InjectedFrames::mainFrameOnly) << "frames keep their own print()";
+    EXPECT_EQ(scripts[1].injectionTime, platform::InjectionTime::documentEnd);
 }
 
 TEST_F(MainWindowControllerTest, SwitchingAppsKeepsTheirViews)
@@ -337,6 +339,58 @@ TEST_F(MainWindowControllerTest, DataThatCannotBeRemovedIsReportedAfterThreeAtte
     EXPECT_EQ(engine.removalAttempts, 3);
     EXPECT_THAT(answers, ElementsAre(std::optional<std::string>("in use")));
     EXPECT_EQ(profiles.profile(work), std::nullopt);
+}
+
+TEST_F(MainWindowControllerTest, TheFindBarServesThePageThatIsShown)
+{
+    menuBar.perform(Command::showFind, 0);
+    controller.findBar().setText("lake");
+    EXPECT_EQ(view(GoogleApp::mail).events.back(), "find lake");
+    menuBar.perform(Command::findPrevious, 0);
+    EXPECT_EQ(view(GoogleApp::mail).events.back(), "find backward lake");
+
+    controller.show(GoogleApp::mail);
+    EXPECT_TRUE(controller.findBar().isVisible());
+    controller.show(GoogleApp::keep);
+    EXPECT_FALSE(controller.findBar().isVisible());
+    EXPECT_EQ(windows.main.focused, &view(GoogleApp::keep));
+    menuBar.perform(Command::findNext, 0);
+    EXPECT_EQ(view(GoogleApp::keep).events.back(), "find lake");
+}
+
+TEST_F(MainWindowControllerTest, MailPrintsTheOpenConversationOrExplainsWhyNot)
+{
+    auto& mail = view(GoogleApp::mail);
+    auto const print = [&](std::optional<std::string> const& result) {
+        menuBar.perform(Command::printPage, 0);
+        mail.scriptCompletion(result);
+    };
+    print("true");
+    EXPECT_THAT(panels.alerts, IsEmpty());
+    for (auto const& result : std::vector<std::optional<std::string>> { "false", "1", "\"true\"", std::nullopt }) {
+        print(result);
+        ASSERT_EQ(panels.alerts.size(), 1);
+        EXPECT_EQ(panels.alerts.back().panel.message, "Open an email to print it.");
+        panels.press(0);
+    }
+    EXPECT_NE(mail.events.back(), "print");
+    print("false");
+    panels.press(1);
+    EXPECT_EQ(mail.events.back(), "print") << "Print This Page";
+
+    controller.show(GoogleApp::keep);
+    menuBar.perform(Command::printPage, 0);
+    EXPECT_EQ(view(GoogleApp::keep).events.back(), "print");
+}
+
+TEST_F(MainWindowControllerTest, PagesPrintThroughTheApplication)
+{
+    auto const& content = engine.configurations[0].userContentController;
+    auto const handler = std::ranges::find(content.messageHandlers, "tarnPrint", &platform::NamedMessageHandler::name);
+    ASSERT_NE(handler, content.messageHandlers.end());
+    auto& mail = view(GoogleApp::mail);
+    handler->handler->didReceive({ .webView = mail, .document = nullptr, .origin = "", .body = "{}" });
+    EXPECT_EQ(mail.events.back(), "print");
 }
 
 TEST_F(MainWindowControllerTest, TheFrameIsSavedWhenTheApplicationEnds)

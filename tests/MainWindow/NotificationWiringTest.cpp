@@ -5,6 +5,7 @@
 #include "Fakes/FakePanels.h"
 #include "Fakes/FakeWebEngine.h"
 #include "Fakes/ManualRunLoop.h"
+#include "MainWindow/PrintBridge.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -80,8 +81,8 @@ TEST_F(NotificationWiringTest, EveryViewGetsTheScriptsBeforeAnyOther)
             sources.push_back(script.source);
         EXPECT_THAT(sources,
             ElementsAre(BridgeScripts::notificationRoads(), BridgeScripts::notifications("default"),
-                BridgeScripts::promoDismissal()));
-        EXPECT_EQ(configuration.userContentController.messageHandlers.size(), 3);
+                PrintBridge::script(), BridgeScripts::promoDismissal()));
+        EXPECT_EQ(configuration.userContentController.messageHandlers.size(), 4);
     }
 }
 

@@ -48,7 +48,8 @@ protected:
     }
 
     test::FakePanels panels;
-    Questions questions { panels };
+    std::vector<std::string> log;
+    Questions questions { panels, [this](std::string const& line) { log.push_back(line); } };
     test::FakeWebView view;
     test::FakeWebView other;
     std::vector<std::string> answers;
@@ -142,6 +143,13 @@ TEST_F(PageQuestionsTest, AFileInputOpensThePanelItNeeds)
     };
     choose({ .allowsMultipleSelection = true });
     choose({ .allowsDirectories = true });
+}
+
+TEST_F(PageQuestionsTest, AFailedPrintIsLoggedAndShown)
+{
+    questions.didFailToPrint(view, "Out of paper");
+    EXPECT_THAT(log, ElementsAre("[Print] failed: Out of paper"));
+    EXPECT_EQ(panels.alerts.back().panel.informativeText, "Out of paper");
 }
 
 TEST_F(PageQuestionsTest, LeavingIsAsked)

@@ -107,9 +107,10 @@ void WebTest::terminate()
 }
 
 std::unique_ptr<platform::WebWindow> WebTest::makeMainWindow(MainWindowAppearance const& appearance,
-    tarn::SidebarView& sidebar, DownloadList& downloads, platform::MenuBar& menuBar)
+    tarn::SidebarView& sidebar, DownloadList& downloads, FindBarController& findBar, platform::MenuBar& menuBar)
 {
-    return std::make_unique<gtk::MainWindow>(*m_application, appearance, sidebar, downloads, menuBar, windowServices());
+    return std::make_unique<gtk::MainWindow>(
+        *m_application, appearance, sidebar, downloads, findBar, menuBar, windowServices());
 }
 
 std::unique_ptr<platform::PopupWindow> WebTest::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)

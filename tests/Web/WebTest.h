@@ -88,8 +88,8 @@ protected:
     std::unique_ptr<AppDelegate> delegate;
 
 private:
-    std::unique_ptr<platform::WebWindow> makeMainWindow(
-        MainWindowAppearance const&, tarn::SidebarView&, DownloadList&, platform::MenuBar&) override;
+    std::unique_ptr<platform::WebWindow> makeMainWindow(MainWindowAppearance const&, tarn::SidebarView&, DownloadList&,
+        FindBarController&, platform::MenuBar&) override;
     std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
 
     gtk::WindowServices windowServices();

@@ -150,9 +150,9 @@ void Application::terminate()
 }
 
 std::unique_ptr<platform::WebWindow> Application::makeMainWindow(MainWindowAppearance const& appearance,
-    tarn::SidebarView& sidebar, DownloadList& downloads, platform::MenuBar& menuBar)
+    tarn::SidebarView& sidebar, DownloadList& downloads, FindBarController& findBar, platform::MenuBar& menuBar)
 {
-    return std::make_unique<MainWindow>(*this, appearance, sidebar, downloads, menuBar, windowServices());
+    return std::make_unique<MainWindow>(*this, appearance, sidebar, downloads, findBar, menuBar, windowServices());
 }
 
 std::unique_ptr<platform::PopupWindow> Application::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)

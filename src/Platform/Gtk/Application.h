@@ -42,8 +42,8 @@ private:
     void on_activate() override;
     void loadStyle();
     void terminate();
-    std::unique_ptr<platform::WebWindow> makeMainWindow(
-        MainWindowAppearance const&, tarn::SidebarView&, DownloadList&, platform::MenuBar&) override;
+    std::unique_ptr<platform::WebWindow> makeMainWindow(MainWindowAppearance const&, tarn::SidebarView&, DownloadList&,
+        FindBarController&, platform::MenuBar&) override;
     std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
 
     WindowServices windowServices();

@@ -21,11 +21,13 @@ bool isInside(Gtk::Widget* widget, GType type)
 }
 
 MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const& appearance,
-    tarn::SidebarView& sidebar, DownloadList& downloads, platform::MenuBar& menuBar, WindowServices const& services)
+    tarn::SidebarView& sidebar, DownloadList& downloads, FindBarController& findBar, platform::MenuBar& menuBar,
+    WindowServices const& services)
     : m_application(application)
     , m_maximized(appearance.frame.maximized)
     , m_sidebar(sidebar, services.pictures, appearance.sidebarWidth)
     , m_downloads(downloads)
+    , m_findBar(findBar)
     , m_editing(m_window)
     , m_menuBar(menuBar, m_window, services.pictures, platformCommands(services))
 {
@@ -43,7 +45,9 @@ MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const
     m_stack.set_expand();
     m_box.append(m_sidebar);
     m_box.append(m_stack);
-    m_window.set_child(m_box);
+    m_rows.append(m_findBar);
+    m_rows.append(m_box);
+    m_window.set_child(m_rows);
 
     application.add_window(m_window);
     m_menuBar.setAccelerators(application);

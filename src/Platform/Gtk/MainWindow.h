@@ -2,6 +2,8 @@
 
 #include "MainWindow/WindowFactory.h"
 #include "Platform/Gtk/DownloadsButton.h"
+#include "Platform/Gtk/FindBar.h"
+#include "Platform/Gtk/MenuBarView.h"
 #include "Platform/Gtk/NativeWindow.h"
 #include "Platform/Gtk/SidebarView.h"
 #include "Platform/Gtk/WindowCommands.h"
@@ -15,8 +17,8 @@ namespace tarn::gtk {
 
 class MainWindow final : public platform::WebWindow, public NativeWindow {
 public:
-    MainWindow(Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, DownloadList&, platform::MenuBar&,
-        WindowServices const&);
+    MainWindow(Gtk::Application&, MainWindowAppearance const&, tarn::SidebarView&, DownloadList&, FindBarController&,
+        platform::MenuBar&, WindowServices const&);
     ~MainWindow() override;
 
     void present() override;
@@ -46,6 +48,8 @@ private:
 
     Gtk::ApplicationWindow m_window;
     Gtk::HeaderBar m_headerBar;
+    Gtk::Box m_rows { Gtk::Orientation::VERTICAL };
+    FindBar m_findBar;
     Gtk::Box m_box;
     SidebarView m_sidebar;
     Gtk::Stack m_stack;

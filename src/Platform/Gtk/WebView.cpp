@@ -139,6 +139,8 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     , m_view(makeView(configuration, context, channel))
     , m_messages(*this, m_view.get(), configuration.userContentController.messageHandlers)
     , m_dialogs(*this, m_view.get())
+    , m_find(m_view.get())
+    , m_printer(m_view.get())
     , m_onDecidePolicy(
           m_view.get(), "decide-policy", [this](auto* decision, auto type) { return decidePolicy(decision, type); })
     , m_onCreate(m_view.get(), "create", [this](WebKitNavigationAction* action) { return createWindow(action); })
@@ -182,8 +184,6 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
           })
     , m_onDownloadStarted(static_cast<WebsiteDataStore const&>(*m_configuration.dataStore).session(),
           "download-started", [this](WebKitDownload* download) { downloadStarted(download); })
-    // The engine's own answer is a dialog in a nested main loop, which would stop every other page.
-    , m_onPrint(m_view.get(), "print", [](WebKitPrintOperation*) -> gboolean { return TRUE; })
     , m_permissions(*this, m_view.get(), [this] { return m_uiDelegate; })
 {
     if (configuration.opener) {
@@ -194,6 +194,10 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     // The user may take any time over it.
     m_dialogs.onAskToLeave = [this] { m_timeout.reset(); };
     m_dialogs.onLeaveDecided = [this](bool leaves) { decideLeaving(leaves); };
+    m_printer.onFailure = [this](std::string const& reason) {
+        if (m_uiDelegate)
+            m_uiDelegate->didFailToPrint(*this, reason);
+    };
     m_stack.add(*Glib::wrap(GTK_WIDGET(m_view.get())), "page");
     m_channel.setReceiver(m_view.get(), [this](auto const& message, MessageChannel::Answer answer) {
         if (message.name.starts_with("click"))
@@ -287,10 +291,19 @@ std::optional<std::string> WebView::title() const
     return title ? std::optional<std::string>(title) : std::nullopt;
 }
 
-void WebView::evaluateJavaScript(std::string const& source)
+void WebView::evaluateJavaScript(std::string const& source, std::function<void(std::optional<std::string>)> completion)
 {
+    using Completion = std::function<void(std::optional<std::string>)>;
+    auto* const finish = +[](GObject* view, GAsyncResult* result, gpointer data) {
+        std::unique_ptr<Completion> const asked(static_cast<Completion*>(data));
+        auto const value = adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, nullptr));
+        g_autofree char* json = value ? jsc_value_to_json(value.get(), 0) : nullptr;
+        if (asked)
+            (*asked)(json ? std::optional<std::string>(json) : std::nullopt);
+    };
+    auto* const asked = completion ? new Completion(m_lifetime.guard(std::move(completion))) : nullptr;
     webkit_web_view_evaluate_javascript(
-        m_view.get(), source.data(), static_cast<gssize>(source.size()), nullptr, nullptr, nullptr, nullptr, nullptr);
+        m_view.get(), source.data(), static_cast<gssize>(source.size()), nullptr, nullptr, nullptr, finish, asked);
 }
 
 void WebView::showNotice(std::optional<platform::PageNotice> notice)
@@ -399,6 +412,7 @@ void WebView::loadChanged(WebKitLoadEvent event)
     case WEBKIT_LOAD_COMMITTED:
         m_timeout.reset();
         m_requested.reset();
+        m_find.pageEnded();
         urlChanged();
         showNotice(std::nullopt);
         if (m_navigationDelegate)
@@ -423,6 +437,7 @@ void WebView::processTerminated(WebKitWebProcessTerminationReason reason)
 {
     using Reason = platform::ProcessTermination::Reason;
     m_timeout.reset();
+    m_find.pageEnded();
     if (m_navigationDelegate)
         m_navigationDelegate->webContentProcessDidTerminate(*this,
             { .reason

@@ -3,7 +3,9 @@
 #include "Platform/Gtk/ClickWatch.h"
 #include "Platform/Gtk/MessageChannel.h"
 #include "Platform/Gtk/PageDialogs.h"
+#include "Platform/Gtk/PageFind.h"
 #include "Platform/Gtk/PagePermissions.h"
+#include "Platform/Gtk/PagePrinter.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/ScriptMessages.h"
@@ -47,7 +49,16 @@ public:
     std::optional<std::string> title() const override;
     double pageZoom() const override { return webkit_web_view_get_zoom_level(m_view.get()); }
     void setPageZoom(double factor) override { webkit_web_view_set_zoom_level(m_view.get(), factor); }
-    void evaluateJavaScript(std::string const& source) override;
+    using platform::WebView::evaluateJavaScript;
+    void evaluateJavaScript(
+        std::string const& source, std::function<void(std::optional<std::string>)> completion) override;
+    void find(std::string const& text, platform::FindOptions const& options,
+        std::function<void(bool found)> completion) override
+    {
+        m_find.find(text, options, std::move(completion));
+    }
+    void endFind() override { m_find.end(); }
+    void print() override { m_printer.print(); }
     void showNotice(std::optional<platform::PageNotice>) override;
 
 private:
@@ -86,6 +97,8 @@ private:
     Ref<WebKitWebView> m_view;
     ScriptMessages m_messages;
     PageDialogs m_dialogs;
+    PageFind m_find;
+    PagePrinter m_printer;
     Gtk::Stack m_stack;
     std::unique_ptr<NoticeView> m_notice;
     Signal<gboolean(WebKitPolicyDecision*, WebKitPolicyDecisionType)> m_onDecidePolicy;
@@ -100,7 +113,6 @@ private:
     Signal<void(GParamSpec*)> m_onUrl;
     Signal<void(WebKitBackForwardListItem*, gpointer)> m_onHistory;
     Signal<void(WebKitDownload*)> m_onDownloadStarted;
-    Signal<gboolean(WebKitPrintOperation*)> m_onPrint;
     PagePermissions m_permissions;
     Lifetime m_lifetime;
 };
