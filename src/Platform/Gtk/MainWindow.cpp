@@ -25,9 +25,9 @@ MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const
     WindowServices const& services)
     : m_application(application)
     , m_maximized(appearance.frame.maximized)
+    , m_findBar(findBar)
     , m_sidebar(sidebar, services.pictures, appearance.sidebarWidth)
     , m_downloads(downloads)
-    , m_findBar(findBar)
     , m_editing(m_window)
     , m_menuBar(menuBar, m_window, services.pictures, platformCommands(services))
 {
