@@ -1,12 +1,18 @@
 #include "App/AppDelegate.h"
 
 #include "App/MainMenu.h"
+#include "App/NewItem.h"
+#include "Apps/Mailto.h"
 #include "Profiles/OneXMigration.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace tarn {
 
 AppDelegate::AppDelegate(AppEnvironment environment)
     : m_environment(std::move(environment))
+    , m_defaultEmailApp(m_environment.workspace, m_environment.panels)
 {
 }
 
@@ -14,7 +20,7 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationWillFinishLaunching()
 {
-    if (!m_environment.notificationCenter)
+    if (m_environment.hostsTests || !m_environment.notificationCenter)
         return;
     m_notifications.emplace(NotificationBridge::Environment {
         .center = *m_environment.notificationCenter,
@@ -25,10 +31,13 @@ void AppDelegate::applicationWillFinishLaunching()
     });
 }
 
-void AppDelegate::applicationDidFinishLaunching()
+void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
 {
     m_menuBar = std::make_unique<platform::MenuBar>(MainMenu::build());
+    if (m_environment.hostsTests)
+        return;
     openProfiles();
+    useProfile(request.profile);
     m_mainWindow = std::make_unique<MainWindowController>(*m_profiles,
         MainWindowController::Environment {
             .engine = m_environment.engine,
@@ -44,10 +53,62 @@ void AppDelegate::applicationDidFinishLaunching()
             .notifications = m_notifications ? &*m_notifications : nullptr,
             .log = m_environment.log,
         });
-    m_menuBar->setReceivers({ m_mainWindow.get() });
+    m_menuBar->setReceivers({ m_mainWindow.get(), &m_defaultEmailApp });
+    m_defaultEmailApp.onChange = [this] { m_menuBar->revalidate(); };
     if (m_notifications)
         m_notifications->askOnFirstLaunch();
-    m_mainWindow->showWindow();
+    if (request.window == LaunchRequest::Window::show)
+        m_mainWindow->showWindow();
+    application(std::exchange(m_pendingURLs, {}));
+}
+
+void AppDelegate::handle(LaunchRequest const& request)
+{
+    bool const first = !m_menuBar;
+    if (!first)
+        useProfile(request.profile);
+
+    std::vector<Url> urls;
+    for (auto const& argument : request.urls) {
+        if (auto url = Url::parse(argument))
+            urls.push_back(*std::move(url));
+    }
+    application(urls);
+    if (first)
+        applicationDidFinishLaunching(request);
+    if (auto const address = NewItem::address(request.newItem))
+        openWindow(*address);
+    else if (!first && request.urls.empty() && request.window == LaunchRequest::Window::show)
+        applicationShouldHandleReopen();
+}
+
+void AppDelegate::application(std::vector<Url> const& urls)
+{
+    if (!m_mainWindow) {
+        m_pendingURLs.insert(m_pendingURLs.end(), urls.begin(), urls.end());
+        return;
+    }
+    for (auto const& url : urls) {
+        if (auto const compose = Mailto::composeURL(url))
+            openWindow(*compose);
+    }
+}
+
+void AppDelegate::openWindow(Url const& url)
+{
+    m_environment.log("[Links] no window yet for " + std::string(url.host()));
+}
+
+void AppDelegate::useProfile(std::string const& name)
+{
+    if (name.empty() || !m_profiles)
+        return;
+    auto const& all = m_profiles->profiles();
+    auto const named = std::ranges::find(all, name, &Profile::name);
+    if (named == all.end())
+        m_environment.log("[Profiles] there is no profile of the name that was asked for");
+    else if (named->id != m_profiles->activeID())
+        m_profiles->setActive(named->id);
 }
 
 void AppDelegate::openProfiles()

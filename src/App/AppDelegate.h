@@ -1,6 +1,8 @@
 #pragma once
 
 #include "App/AppEnvironment.h"
+#include "App/DefaultEmailApp.h"
+#include "App/LaunchRequest.h"
 #include "Bridge/NotificationBridge.h"
 #include "MainWindow/MainWindowController.h"
 #include "Platform/MenuBar.h"
@@ -21,7 +23,11 @@ public:
 
     // First of all: from here on clicks on notifications have a receiver.
     void applicationWillFinishLaunching();
-    void applicationDidFinishLaunching();
+    void applicationDidFinishLaunching(LaunchRequest const& = {});
+    // What a start of the program asks for: the first launches the application.
+    void handle(LaunchRequest const&);
+    // Links that the system hands over. Those that come too early wait for the end of the launch.
+    void application(std::vector<Url> const& urls);
     // The application was started once more, or its dock entry was clicked.
     void applicationShouldHandleReopen();
     // Everything that waits to be saved is saved, and the pages end; nothing of the window works afterwards.
@@ -32,12 +38,16 @@ public:
 
 private:
     void openProfiles();
+    void useProfile(std::string const& name);
+    void openWindow(Url const&);
 
     AppEnvironment m_environment;
+    DefaultEmailApp m_defaultEmailApp;
     std::optional<NotificationBridge> m_notifications;
     std::unique_ptr<platform::MenuBar> m_menuBar;
     std::optional<ProfileStore> m_profiles;
     std::unique_ptr<MainWindowController> m_mainWindow;
+    std::vector<Url> m_pendingURLs;
 };
 
 }

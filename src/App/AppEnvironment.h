@@ -27,6 +27,8 @@ struct AppEnvironment {
     platform::Activation& activation;
     // None where the application is to notify nobody, as in most tests.
     platform::NotificationCenter* notificationCenter { nullptr };
+    // The process hosts automated tests: the application stops at its menu.
+    bool hostsTests { false };
     Log log;
 };
 

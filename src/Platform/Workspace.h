@@ -1,8 +1,11 @@
 #pragma once
 
+#include "Support/Reply.h"
 #include "Support/Url.h"
 
 #include <filesystem>
+#include <optional>
+#include <string>
 
 namespace tarn::platform {
 
@@ -21,6 +24,13 @@ public:
 
     // Shows the file, selected, in the file manager. Returns at once; a desktop without one is logged.
     virtual void reveal(std::filesystem::path const&) = 0;
+
+    // Whether URLs of the scheme come to this application.
+    virtual bool isDefaultHandler(std::string const& scheme) const = 0;
+
+    // Makes this application the handler. The reply, on a later turn, is the reason why it is not, for users; nothing
+    // when it is.
+    virtual void setDefaultHandler(std::string const& scheme, Reply<std::optional<std::string>>) = 0;
 };
 
 }

@@ -74,6 +74,48 @@ TEST_F(AppDelegateTest, LaunchesShowsAgainAndEnds)
     delegate->applicationShouldHandleReopen();
 }
 
+TEST_F(AppDelegateTest, StartsHiddenInAProfileAndIsShownByALaterStart)
+{
+    delegate->handle({ .window = LaunchRequest::Window::leaveHidden });
+    auto const second = delegate->profiles().create("At work", { GoogleApp::mail });
+    EXPECT_EQ(windows.main.presented, 0);
+    delegate->handle({ .window = LaunchRequest::Window::leaveHidden, .profile = "At work" });
+    EXPECT_EQ(delegate->profiles().activeID(), second.id);
+    delegate->handle({ .profile = "nobody", .urls = { "https://a.example/", "no url" } });
+    EXPECT_EQ(delegate->profiles().activeID(), second.id);
+    EXPECT_EQ(windows.main.presented, 0) << "a link brings a window of its own";
+    delegate->handle({});
+    EXPECT_EQ(windows.main.presented, 1);
+
+    environment.hostsTests = true;
+    delegate = std::make_unique<AppDelegate>(environment);
+    auto const views = engine.storeOfView.size();
+    delegate->applicationWillFinishLaunching();
+    delegate->applicationDidFinishLaunching();
+    delegate->application({ *Url::parse("mailto:a@b") });
+    EXPECT_EQ(engine.storeOfView.size(), views) << "under automated tests there is a menu and nothing else";
+}
+
+TEST_F(AppDelegateTest, BecomesTheDefaultEmailAppOrSaysWhyNot)
+{
+    DefaultEmailApp app(workspace, panels);
+    auto const enabled = [&] { return app.validate(platform::Command::setDefaultEmailApp, 0)->enabled; };
+    int changes = 0;
+    app.onChange = [&] { ++changes; };
+    workspace.handlerError = "The disk is full";
+    EXPECT_TRUE(app.perform(platform::Command::setDefaultEmailApp, 0));
+    ASSERT_EQ(panels.alerts.size(), 1U);
+    EXPECT_EQ(panels.alerts.front().panel.message, "Tarn could not become the default email app");
+    EXPECT_EQ(panels.alerts.front().panel.informativeText, "The disk is full");
+    EXPECT_TRUE(enabled());
+
+    workspace.handlerError.reset();
+    app.setDefaultEmailApp();
+    EXPECT_EQ(panels.alerts.size(), 1U) << "success shows nothing";
+    EXPECT_FALSE(enabled());
+    EXPECT_EQ(changes, 2);
+}
+
 TEST_F(AppDelegateTest, ProfilesOfOneXAreThereAtTheFirstStartOnly)
 {
     auto const names = [&] {

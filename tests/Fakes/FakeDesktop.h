@@ -9,6 +9,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,17 @@ public:
     void openFile(std::filesystem::path const& file) override { openedFiles.push_back(file.string()); }
     void reveal(std::filesystem::path const& file) override { revealed.push_back(file.string()); }
 
+    bool isDefaultHandler(std::string const& scheme) const override { return handled.contains(scheme); }
+    void setDefaultHandler(std::string const& scheme, Reply<std::optional<std::string>> reply) override
+    {
+        if (!handlerError)
+            handled.insert(scheme);
+        std::move(reply)(handlerError);
+    }
+
+    std::set<std::string> handled;
+    // Set: becoming the handler of anything fails for this reason.
+    std::optional<std::string> handlerError;
     std::vector<std::string> opened;
     std::vector<std::string> openedFiles;
     std::vector<std::string> revealed;

@@ -1,7 +1,9 @@
 #include "Platform/Gtk/Application.h"
 
+#include "App/CommandLine.h"
 #include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/DockTile.h"
+#include "Platform/Gtk/LaunchMessage.h"
 #include "Platform/Gtk/MainWindow.h"
 #include "Platform/Gtk/NetworkMonitor.h"
 #include "Platform/Gtk/NotificationCenter.h"
@@ -13,12 +15,15 @@
 #include "Platform/Gtk/Workspace.h"
 
 #include <adwaita.h>
+#include <giomm/simpleaction.h>
 #include <glib-unix.h>
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/stylecontext.h>
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <iostream>
 
 namespace tarn::gtk {
 
@@ -32,13 +37,14 @@ std::filesystem::path userDownloads()
     auto const* const folder = g_get_user_special_dir(G_USER_DIRECTORY_DOWNLOAD);
     return folder ? folder : g_get_home_dir();
 }
+constexpr char const* launchAction = "launch";
 
 }
 
 struct Application::Ports {
     Ports(Application& application, Options const& options)
         : defaults(options.configuration / "Tarn" / "settings.ini", logToSystem)
-        , workspace(logToSystem)
+        , workspace(options.applicationId, runLoop, logToSystem)
         , dockTile(application.get_dbus_connection(), options.applicationId)
         , activation(application)
         , notificationCenter(application.get_dbus_connection(), options.applicationId)
@@ -88,6 +94,10 @@ void Application::on_startup()
     loadStyle();
     // Closing the window only hides it.
     hold();
+    auto const launch = Gio::SimpleAction::create(launchAction, LaunchMessage::type());
+    launch->signal_activate().connect(
+        [this](Glib::VariantBase const& message) { handle(LaunchMessage::unpack(message)); });
+    add_action(launch);
     for (int const signal : { SIGTERM, SIGINT, SIGHUP }) {
         g_unix_signal_add(
             signal,
@@ -116,19 +126,41 @@ void Application::on_startup()
         .runLoop = m_ports->runLoop,
         .activation = m_ports->activation,
         .notificationCenter = &m_ports->notificationCenter,
+        .hostsTests = g_getenv("XCTestConfigurationFilePath") != nullptr,
         .log = logToSystem,
     });
     m_delegate->applicationWillFinishLaunching();
 }
 
-void Application::on_activate()
+bool Application::local_command_line_vfunc(char**& arguments, int& exitStatus)
 {
-    if (m_farewell)
-        return;
-    if (std::exchange(m_launched, true))
-        m_delegate->applicationShouldHandleReopen();
-    else
-        m_delegate->applicationDidFinishLaunching();
+    auto const meaning = CommandLine::parse({ arguments + 1, arguments + g_strv_length(arguments) });
+    exitStatus = EXIT_SUCCESS;
+    if (std::holds_alternative<CommandLine::ShowHelp>(meaning)) {
+        std::cout << CommandLine::help();
+    } else if (std::holds_alternative<CommandLine::ShowVersion>(meaning)) {
+        std::cout << "Tarn " TARN_VERSION " (WebKitGTK " << webkit_get_major_version() << '.'
+                  << webkit_get_minor_version() << '.' << webkit_get_micro_version() << ")\n";
+    } else if (auto const* const refusal = std::get_if<CommandLine::Refusal>(&meaning)) {
+        std::cerr << "tarn: " << refusal->reason << "; try tarn --help\n";
+        exitStatus = 2;
+    } else {
+        try {
+            // From here on this process is the only instance, or speaks to it.
+            register_application();
+            activate_action(launchAction, LaunchMessage::pack(std::get<LaunchRequest>(meaning)));
+        } catch (Glib::Error const& error) {
+            std::cerr << "tarn: " << error.what() << '\n';
+            exitStatus = EXIT_FAILURE;
+        }
+    }
+    return true;
+}
+
+void Application::handle(LaunchRequest const& request)
+{
+    if (!m_farewell)
+        m_delegate->handle(request);
 }
 
 void Application::loadStyle()

@@ -39,7 +39,10 @@ private:
     struct Ports;
 
     void on_startup() override;
-    void on_activate() override;
+    // Options and links never reach GIO, which would change links.
+    bool local_command_line_vfunc(char**& arguments, int& exitStatus) override;
+    void on_activate() override { handle({}); }
+    void handle(LaunchRequest const&);
     void loadStyle();
     void terminate();
     std::unique_ptr<platform::WebWindow> makeMainWindow(MainWindowAppearance const&, tarn::SidebarView&, DownloadList&,
@@ -54,7 +57,6 @@ private:
     std::unique_ptr<Ports> m_ports;
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<platform::Timer> m_farewell;
-    bool m_launched { false };
 };
 
 }

@@ -5,6 +5,7 @@
 #include "Platform/Gtk/Renderers.h"
 
 #include <gdk/gdk.h>
+#include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
 
 #include <algorithm>
@@ -109,6 +110,35 @@ void Workspace::reveal(std::filesystem::path const& file)
         },
         new Log(m_log));
     g_free(uri);
+}
+
+bool Workspace::isDefaultHandler(std::string const& scheme) const
+{
+    auto const handler = adopt(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
+    auto const* const id = handler ? g_app_info_get_id(handler.get()) : nullptr;
+    return id && id == m_desktopFile;
+}
+
+void Workspace::setDefaultHandler(std::string const& scheme, Reply<std::optional<std::string>> reply)
+{
+    std::optional<std::string> problem;
+    auto const own = adopt(g_desktop_app_info_new(m_desktopFile.c_str()));
+    if (g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS)) {
+        problem = "Tarn runs in a sandbox that cannot change this. Choose Tarn for mail in the default applications of "
+                  "your desktop's settings.";
+    } else if (!own) {
+        problem = "Tarn is not installed on this computer: your desktop knows no application " + m_desktopFile
+            + ". Install Tarn, then try again.";
+    } else {
+        GError* error = nullptr;
+        if (!g_app_info_set_as_default_for_type(
+                G_APP_INFO(own.get()), ("x-scheme-handler/" + scheme).c_str(), &error)) {
+            problem = error->message;
+            g_error_free(error);
+        }
+    }
+    auto const held = std::make_shared<Reply<std::optional<std::string>>>(std::move(reply));
+    m_runLoop.post([held, problem] { std::move (*held)(problem); });
 }
 
 }
