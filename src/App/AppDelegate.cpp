@@ -13,6 +13,9 @@ namespace tarn {
 AppDelegate::AppDelegate(AppEnvironment environment)
     : m_environment(std::move(environment))
     , m_defaultEmailApp(m_environment.workspace, m_environment.panels)
+    , m_updater(m_environment.update,
+          m_environment.hostsTests ? UpdaterManager::HostsTests::yes : UpdaterManager::HostsTests::no,
+          m_environment.updater, m_environment.panels)
 {
 }
 
@@ -53,7 +56,8 @@ void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
             .notifications = m_notifications ? &*m_notifications : nullptr,
             .log = m_environment.log,
         });
-    m_menuBar->setReceivers({ m_mainWindow.get(), &m_defaultEmailApp });
+    m_menuBar->setReceivers({ m_mainWindow.get(), &m_defaultEmailApp, &m_updater });
+    m_updater.onChange = [this] { m_menuBar->revalidate(); };
     m_defaultEmailApp.onChange = [this] { m_menuBar->revalidate(); };
     if (m_notifications)
         m_notifications->askOnFirstLaunch();

@@ -43,6 +43,7 @@ private:
 
     AppEnvironment m_environment;
     DefaultEmailApp m_defaultEmailApp;
+    UpdaterManager m_updater;
     std::optional<NotificationBridge> m_notifications;
     std::unique_ptr<platform::MenuBar> m_menuBar;
     std::optional<ProfileStore> m_profiles;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "App/UpdaterManager.h"
 #include "MainWindow/MainWindowController.h"
 #include "Platform/Activation.h"
 #include "Platform/NotificationCenter.h"
@@ -27,6 +28,9 @@ struct AppEnvironment {
     platform::Activation& activation;
     // None where the application is to notify nobody, as in most tests.
     platform::NotificationCenter* notificationCenter { nullptr };
+    // None where there is nothing to update.
+    platform::Updater* updater { nullptr };
+    UpdaterManager::Configuration update {};
     // The process hosts automated tests: the application stops at its menu.
     bool hostsTests { false };
     Log log;

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/Application.h"
 
 #include "App/CommandLine.h"
+#include "App/Installation.h"
 #include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/DockTile.h"
 #include "Platform/Gtk/LaunchMessage.h"
@@ -11,6 +12,7 @@
 #include "Platform/Gtk/Pictures.h"
 #include "Platform/Gtk/PopupWindow.h"
 #include "Platform/Gtk/RunLoop.h"
+#include "Platform/Gtk/Updater.h"
 #include "Platform/Gtk/UserDefaults.h"
 #include "Platform/Gtk/Workspace.h"
 
@@ -39,6 +41,19 @@ std::filesystem::path userDownloads()
 }
 constexpr char const* launchAction = "launch";
 
+UpdaterManager::Configuration updateConfiguration()
+{
+    std::error_code error;
+    auto const executable = std::filesystem::read_symlink("/proc/self/exe", error);
+    return {
+        .feedURL = TARN_FEED_URL,
+        .publicEDKey = TARN_PUBLIC_ED_KEY,
+        .currentVersion = TARN_VERSION,
+        .updatedBy = Installation::updatedBy(
+            executable, [](std::string const& variable) { return g_getenv(variable.c_str()) != nullptr; }),
+    };
+}
+
 }
 
 struct Application::Ports {
@@ -51,6 +66,7 @@ struct Application::Ports {
         , engine(
               { .data = options.data / "Tarn" / "v2" / "WebsiteData", .cache = options.cache / "Tarn" / "WebsiteData" },
               application.m_sandbox, logToSystem, options.sessionSetUp)
+        , updater({ .folder = options.cache / "Tarn" / "Updates" }, logToSystem)
     {
         notificationCenter.onActivationToken
             = [&application](std::string const& token) { Activation::setToken(application, token); };
@@ -66,6 +82,7 @@ struct Application::Ports {
     Activation activation;
     NotificationCenter notificationCenter;
     WebEngine engine;
+    Updater updater;
 };
 
 Application::Options Application::userOptions()
@@ -126,6 +143,8 @@ void Application::on_startup()
         .runLoop = m_ports->runLoop,
         .activation = m_ports->activation,
         .notificationCenter = &m_ports->notificationCenter,
+        .updater = &m_ports->updater,
+        .update = updateConfiguration(),
         .hostsTests = g_getenv("XCTestConfigurationFilePath") != nullptr,
         .log = logToSystem,
     });
