@@ -80,8 +80,8 @@ void AppDelegate::handle(LaunchRequest const& request)
     application(urls);
     if (first)
         applicationDidFinishLaunching(request);
-    if (auto const address = NewItem::address(request.newItem))
-        openWindow(*address);
+    if (auto const address = NewItem::address(request.newItem); address && m_mainWindow)
+        m_mainWindow->openWindow(*address);
     else if (!first && request.urls.empty() && request.window == LaunchRequest::Window::show)
         applicationShouldHandleReopen();
 }
@@ -94,13 +94,8 @@ void AppDelegate::application(std::vector<Url> const& urls)
     }
     for (auto const& url : urls) {
         if (auto const compose = Mailto::composeURL(url))
-            openWindow(*compose);
+            m_mainWindow->openWindow(*compose);
     }
-}
-
-void AppDelegate::openWindow(Url const& url)
-{
-    m_environment.log("[Links] no window yet for " + std::string(url.host()));
 }
 
 void AppDelegate::useProfile(std::string const& name)

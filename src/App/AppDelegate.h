@@ -39,7 +39,6 @@ public:
 private:
     void openProfiles();
     void useProfile(std::string const& name);
-    void openWindow(Url const&);
 
     AppEnvironment m_environment;
     DefaultEmailApp m_defaultEmailApp;

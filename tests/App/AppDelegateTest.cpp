@@ -96,6 +96,28 @@ TEST_F(AppDelegateTest, StartsHiddenInAProfileAndIsShownByALaterStart)
     EXPECT_EQ(engine.storeOfView.size(), views) << "under automated tests there is a menu and nothing else";
 }
 
+TEST_F(AppDelegateTest, EachMailtoLinkOpensAComposeWindowAlsoWhenItComesTooEarly)
+{
+    auto const shown = [&] {
+        std::vector<std::string> urls;
+        for (auto const& popup : windows.popups)
+            urls.push_back(popup->content->url()->string());
+        return urls;
+    };
+    std::string const compose = "https://mail.google.com/mail/?view=cm&fs=1";
+    delegate->handle({ .urls = { "mailto:a@b?subject=x%20y", "http://a.example/", "MAILTO:c@d" } });
+    EXPECT_EQ(windows.main.presented, 1);
+    EXPECT_THAT(shown(), testing::ElementsAre(compose + "&to=a@b&su=x%20y", compose + "&to=c@d"));
+    EXPECT_EQ(engine.storeOfView.back(), delegate->profiles().activeID());
+
+    windows.main.visible = false;
+    delegate->handle({ .urls = { "mailto:" } });
+    delegate->handle({ .newItem = "sheet" });
+    EXPECT_THAT(
+        shown(), testing::ElementsAre(testing::_, testing::_, compose, "https://docs.google.com/spreadsheets/create"));
+    EXPECT_FALSE(windows.main.visible);
+}
+
 TEST_F(AppDelegateTest, BecomesTheDefaultEmailAppOrSaysWhyNot)
 {
     DefaultEmailApp app(workspace, panels);
