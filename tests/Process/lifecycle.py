@@ -1,0 +1,130 @@
+#!/usr/bin/env python3
+"""The life of the real program, on the stand-in services. lifecycle.py TARN-DEMO; run it by scripts/with-desktop."""
+
+import json
+import os
+import pathlib
+import random
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROGRAM = os.path.abspath(sys.argv.pop(1))
+IDENTIFIER = "io.github.tarn.Tarn.Demo"
+PATIENCE = 60  # seconds; no test that passes waits for it
+
+
+def wait_for(condition, what):
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        result = condition()
+        if result:
+            return result
+        time.sleep(0.05)
+    raise AssertionError(f"waited in vain: {what}")
+
+
+class Lifecycle(unittest.TestCase):
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        # Neither UTF-8 nor without a space.
+        self.home = os.path.join(os.fsencode(scratch.name), b"a home \xff")
+        self.log = pathlib.Path(scratch.name, "requests")
+        self.environment = dict(os.environb)
+        for folder in (b"data", b"config", b"cache", b"state"):
+            path = os.path.join(self.home, folder)
+            os.makedirs(path)
+            self.environment[b"XDG_" + folder.upper() + b"_HOME"] = path
+        self.environment[b"TARN_STAGE_LOG"] = os.fsencode(self.log)
+        self.profiles = os.path.join(self.home, b"state", b"tarn-demo", b"data", b"Tarn", b"v2", b"profiles.json")
+
+    def start(self, *arguments, **changes):
+        changed = {os.fsencode(name): os.fsencode(value) for name, value in changes.items()}
+        process = subprocess.Popen(
+            [PROGRAM, *arguments], env=self.environment | changed, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL, start_new_session=True)
+        self.addCleanup(self.end, process, signal.SIGKILL)
+        return process
+
+    def end(self, process, number):
+        if process.poll() is None:
+            process.send_signal(number)
+        return process.wait(PATIENCE)
+
+    def requests(self):
+        lines = self.log.read_text().splitlines() if self.log.exists() else []
+        return [json.loads(line) for line in lines if line.endswith("}")]
+
+    def composed(self, query):
+        return lambda: any(r["query"] == query and r["host"] == "mail.google.com" for r in self.requests())
+
+    def test_links_reach_one_instance_unchanged_and_it_ends_cleanly(self):
+        first = self.start("mailto:a@b?subject=x%20y", "http://other.example/")
+        wait_for(self.composed("view=cm&fs=1&to=a@b&su=x%20y"), "the link that started the program")
+        second = self.start("mailto:c%40d@e/../f?subject=1%2B1")
+        self.assertEqual(second.wait(PATIENCE), 0)
+        wait_for(self.composed("view=cm&fs=1&to=c@d@e/../f&su=1%2B1"), "the link of a second start")
+
+        applications = os.path.join(self.home, b"data", b"applications")
+        os.makedirs(applications)
+        with open(os.path.join(applications, os.fsencode(IDENTIFIER + ".desktop")), "w", encoding="utf-8") as file:
+            file.write(f"[Desktop Entry]\nType=Application\nName=Tarn\nExec={PROGRAM} %U\n"
+                       "MimeType=x-scheme-handler/mailto;\n")
+        with open(os.path.join(self.home, b"config", b"mimeapps.list"), "w", encoding="utf-8") as file:
+            file.write(f"[Default Applications]\nx-scheme-handler/mailto={IDENTIFIER}.desktop\n")
+        subprocess.run(["gio", "open", "mailto:g@h?subject=%C3%A4"], env=self.environment, check=True)
+        wait_for(self.composed("view=cm&fs=1&to=g@h&su=%C3%A4"), "the link that the desktop handed over")
+
+        self.assertEqual(self.end(first, signal.SIGTERM), 0)
+        wait_for(lambda: not self.session(first.pid), "the end of every process of the session")
+
+    @staticmethod
+    def session(leader):
+        found = subprocess.run(["ps", "-o", "pid=", "-s", str(leader)], capture_output=True, text=True, check=False)
+        return found.stdout.split()
+
+    def test_starts_without_a_session_bus_and_an_icon_theme(self):
+        settings = os.path.join(self.home, b"config", b"gtk-4.0")
+        os.makedirs(settings)
+        with open(os.path.join(settings, b"settings.ini"), "w", encoding="utf-8") as file:
+            file.write("[Settings]\ngtk-icon-theme-name=nowhere\n")
+        process = self.start("mailto:a@b", DBUS_SESSION_BUS_ADDRESS="unix:path=/nowhere")
+        wait_for(self.composed("view=cm&fs=1&to=a@b"), "the compose page")
+        self.assertEqual(self.end(process, signal.SIGTERM), 0)
+
+    def test_says_what_it_is_and_what_it_does_not_know(self):
+        for arguments, status, text in ((["--version"], 0, "WebKitGTK"), (["--help"], 0, "--profile NAME"),
+                                        (["--nonsense"], 2, "--nonsense")):
+            result = subprocess.run([PROGRAM, *arguments], env=self.environment, capture_output=True, text=True,
+                                    check=False)
+            self.assertEqual(result.returncode, status)
+            self.assertIn(text, result.stdout + result.stderr)
+
+    def test_a_kill_at_any_moment_leaves_whole_profiles(self):
+        """Each start switches the profile, which saves; the moment of the kill is random, its seed is told."""
+        seed = random.randrange(2**32)
+        moments = random.Random(seed)
+        rounds = int(os.environ.get("TARN_KILLS", "5"))
+        process = self.start("--hidden")
+        wait_for(lambda: os.path.exists(self.profiles), "the first profiles")
+        self.assertEqual(self.end(process, signal.SIGTERM), 0)
+        names = None
+        for turn in range(rounds):
+            process = self.start("--hidden", "--profile", ("Work", "Personal")[turn % 2])
+            time.sleep(moments.uniform(0, 1))  # the moment, not a wait
+            self.end(process, signal.SIGKILL)
+            with open(self.profiles, encoding="utf-8") as file:
+                saved = json.load(file)
+            now = [profile["name"] for profile in saved["profiles"]]
+            self.assertEqual(now, names or now, f"seed {seed}, turn {turn}")
+            names = now
+        folder = os.path.dirname(self.profiles)
+        self.assertFalse([name for name in os.listdir(folder) if b"unreadable" in name], f"seed {seed}")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
