@@ -10,6 +10,8 @@
 
 namespace tarn {
 
+using platform::Command;
+
 AppDelegate::AppDelegate(AppEnvironment environment)
     : m_environment(std::move(environment))
     , m_defaultEmailApp(m_environment.workspace, m_environment.panels)
@@ -56,9 +58,11 @@ void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
             .notifications = m_notifications ? &*m_notifications : nullptr,
             .log = m_environment.log,
         });
-    m_menuBar->setReceivers({ m_mainWindow.get(), &m_defaultEmailApp, &m_updater });
+    m_menuBar->setReceivers({ m_mainWindow.get(), this, &m_defaultEmailApp, &m_updater });
     m_updater.onChange = [this] { m_menuBar->revalidate(); };
     m_defaultEmailApp.onChange = [this] { m_menuBar->revalidate(); };
+    m_mainWindow->setOnManageProfiles([this] { settingsController().show(SettingsModel::Tab::profiles); });
+    m_mainWindow->sidebar().onSettings = [this] { settingsController().show(); };
     if (m_notifications)
         m_notifications->askOnFirstLaunch();
     if (request.window == LaunchRequest::Window::show)
@@ -132,7 +136,54 @@ void AppDelegate::applicationWillTerminate()
         return;
     m_mainWindow->prepareToTerminate();
     m_menuBar->setReceivers({});
+    m_settings.reset();
     m_mainWindow.reset();
+}
+
+SettingsWindowController& AppDelegate::settingsController()
+{
+    if (!m_settings) {
+        m_settings = std::make_unique<SettingsWindowController>(
+            *m_profiles,
+            SettingsWindowController::Environment {
+                .windows = m_environment.windows,
+                .panels = m_environment.panels,
+                .makeUuid = m_environment.store.makeUuid,
+                .notifications = { .workspace = m_environment.workspace,
+                    .activation = m_environment.activation,
+                    .center = m_environment.notificationCenter },
+            },
+            [this](Uuid const& id, auto completion) { m_mainWindow->deleteProfile(id, std::move(completion)); },
+            [this] { m_mainWindow->openGmailNotificationSettings(); });
+    }
+    return *m_settings;
+}
+
+bool AppDelegate::perform(Command command, int tag)
+{
+    switch (command) {
+    case Command::openSettings:
+        settingsController().show();
+        return true;
+    case Command::newItem:
+        if (auto const url = m_menuBar->representedUrl(command, tag); url && m_mainWindow)
+            m_mainWindow->openWindow(*url);
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::optional<platform::CommandState> AppDelegate::validate(Command command, int /*tag*/) const
+{
+    switch (command) {
+    case Command::openSettings:
+        return platform::CommandState {};
+    case Command::newItem:
+        return platform::CommandState { .enabled = m_mainWindow != nullptr };
+    default:
+        return std::nullopt;
+    }
 }
 
 }

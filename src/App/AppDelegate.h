@@ -7,6 +7,7 @@
 #include "MainWindow/MainWindowController.h"
 #include "Platform/MenuBar.h"
 #include "Profiles/ProfileStore.h"
+#include "Settings/SettingsWindowController.h"
 
 #include <memory>
 #include <optional>
@@ -14,7 +15,7 @@
 namespace tarn {
 
 // The root owner of the running application.
-class AppDelegate {
+class AppDelegate final : public platform::CommandReceiver {
 public:
     explicit AppDelegate(AppEnvironment);
     ~AppDelegate();
@@ -35,6 +36,11 @@ public:
 
     ProfileStore& profiles() { return *m_profiles; }
     MainWindowController& mainWindow() { return *m_mainWindow; }
+    // Made on first use.
+    SettingsWindowController& settingsController();
+
+    bool perform(platform::Command, int tag) override;
+    std::optional<platform::CommandState> validate(platform::Command, int tag) const override;
 
 private:
     void openProfiles();
@@ -48,6 +54,7 @@ private:
     std::optional<ProfileStore> m_profiles;
     std::unique_ptr<MainWindowController> m_mainWindow;
     std::vector<Url> m_pendingURLs;
+    std::unique_ptr<SettingsWindowController> m_settings;
 };
 
 }

@@ -11,6 +11,8 @@
 
 namespace tarn {
 
+class SettingsWindowController;
+
 struct MainWindowAppearance {
     // For the window list; the title bar itself shows the menu bar instead.
     std::string title;
@@ -30,6 +32,7 @@ public:
         = 0;
     // The menu bar is not drawn: it gives the window its commands. The view outlives the window.
     virtual std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) = 0;
+    virtual std::unique_ptr<platform::Window> makeSettingsWindow(SettingsWindowController&) = 0;
 };
 
 }

@@ -31,6 +31,10 @@ public:
     // Makes this application the handler. The reply, on a later turn, is the reason why it is not, for users; nothing
     // when it is.
     virtual void setDefaultHandler(std::string const& scheme, Reply<std::optional<std::string>>) = 0;
+
+    // Shows the desktop's settings for notifications, at the application's entry where it can. Returns at once; a
+    // desktop without any is logged.
+    virtual void openNotificationSettings() = 0;
 };
 
 }

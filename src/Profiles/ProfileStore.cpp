@@ -131,7 +131,7 @@ void ProfileStore::update(Profile profile)
     if (profile.enabledApps.empty())
         throw Failure(Failure::noApps);
     auto const old = std::exchange(*stored, std::move(profile));
-    removeAvatarFile(old.avatarFile);
+    discardAvatar(old.avatarFile);
     save(Announce::yes);
 }
 
@@ -146,7 +146,7 @@ void ProfileStore::remove(Uuid id)
     m_saved.profiles.erase(stored);
     if (m_saved.activeID == id)
         m_saved.activeID = m_saved.profiles.front().id;
-    removeAvatarFile(avatarFile);
+    discardAvatar(avatarFile);
     save(Announce::yes);
 }
 
@@ -189,7 +189,7 @@ std::string ProfileStore::importAvatar(fs::path const& source)
     if (error) {
         // A full disk leaves a part of the copy.
         if (error != std::errc::file_exists)
-            removeAvatarFile(name);
+            discardAvatar(name);
         throw fs::filesystem_error("cannot copy", source, avatars() / name, error);
     }
     return name;
@@ -197,14 +197,19 @@ std::string ProfileStore::importAvatar(fs::path const& source)
 
 std::optional<fs::path> ProfileStore::avatarImage(Profile const& profile) const
 {
-    if (!profile.avatarFile || !isBareFileName(*profile.avatarFile))
+    return avatarImage(profile.avatarFile);
+}
+
+std::optional<fs::path> ProfileStore::avatarImage(std::optional<std::string> const& name) const
+{
+    if (!name || !isBareFileName(*name))
         return std::nullopt;
-    auto const path = avatars() / *profile.avatarFile;
+    auto const path = avatars() / *name;
     std::error_code unknown;
     return fs::is_regular_file(path, unknown) ? std::optional(path) : std::nullopt;
 }
 
-void ProfileStore::removeAvatarFile(std::optional<std::string> const& name)
+void ProfileStore::discardAvatar(std::optional<std::string> const& name)
 {
     bool const isInUse = std::ranges::find(profiles(), name, &Profile::avatarFile) != profiles().end();
     if (!name || !isBareFileName(*name) || isInUse)

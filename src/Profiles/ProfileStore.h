@@ -82,6 +82,10 @@ public:
     std::string importAvatar(std::filesystem::path const& source);
     // The profile's picture, if it has one and the file is there; it may be no image.
     std::optional<std::filesystem::path> avatarImage(Profile const&) const;
+    // The same for the name of a picture.
+    std::optional<std::filesystem::path> avatarImage(std::optional<std::string> const& name) const;
+    // Deletes an imported picture that no profile has.
+    void discardAvatar(std::optional<std::string> const& name);
 
 private:
     enum class Announce { no, yes };
@@ -92,7 +96,6 @@ private:
     std::vector<Profile>::iterator find(Uuid id);
     void save(Announce);
     void keepUnreadableFile();
-    void removeAvatarFile(std::optional<std::string> const& name);
     std::filesystem::path file() const;
     std::filesystem::path avatars() const;
 

@@ -13,6 +13,9 @@ char32_t nextCharacter(std::string_view utf8, std::size_t& position);
 
 bool isUtf8(std::string_view);
 
+// Without the spaces, tabs and line ends at both ends: categories Z*, U+0009 to U+000D and U+0085.
+std::string_view withoutOuterSpace(std::string_view utf8);
+
 // General category Nd, of any script.
 bool isDecimalDigit(char32_t);
 

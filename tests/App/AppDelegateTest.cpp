@@ -162,5 +162,42 @@ TEST_F(AppDelegateTest, ProfilesOfOneXAreThereAtTheFirstStartOnly)
     EXPECT_THAT(names(), testing::ElementsAre("Home"));
 }
 
+TEST_F(AppDelegateTest, SettingsAreOneWindowThatOpensWhereItIsAskedFor)
+{
+    delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(windows.settingsMade, 0);
+    auto& settings = delegate->settingsController();
+    settings.model().setTab(SettingsModel::Tab::notifications);
+    EXPECT_TRUE(delegate->perform(platform::Command::openSettings, 0));
+    EXPECT_EQ(settings.model().tab(), SettingsModel::Tab::notifications) << "the tab selected last";
+    delegate->mainWindow().sidebar().clickSettings();
+    EXPECT_EQ(settings.model().tab(), SettingsModel::Tab::notifications);
+
+    delegate->mainWindow().sidebar().clickProfile();
+    auto const manage = std::get<platform::MenuItem>(delegate->mainWindow().sidebar().profileMenu()->entries.back());
+    EXPECT_EQ(manage.title, "Manage Profiles…");
+    std::get<std::function<void()>>(manage.action)();
+    EXPECT_EQ(settings.model().tab(), SettingsModel::Tab::profiles);
+    EXPECT_EQ(windows.settings.presented, 3);
+    EXPECT_EQ(windows.settingsMade, 1);
+
+    for (auto const tab : SettingsModel::allTabs)
+        EXPECT_EQ(SettingsModel::fromRawValue(SettingsModel::rawValue(tab)), tab);
+    EXPECT_EQ(SettingsModel::fromRawValue("Profiles"), std::nullopt);
+}
+
+TEST_F(AppDelegateTest, NewItemsOpenWhatTheyCarryInAWindowOfTheProfile)
+{
+    EXPECT_FALSE(delegate->validate(platform::Command::newItem, 6)->enabled) << "no window to be of";
+    delegate->applicationDidFinishLaunching();
+    EXPECT_TRUE(delegate->validate(platform::Command::newItem, 6)->enabled);
+    delegate->perform(platform::Command::newItem, 100);
+    EXPECT_EQ(engine.views.size(), 1);
+    delegate->perform(platform::Command::newItem, 6);
+    ASSERT_EQ(engine.views.size(), 2);
+    EXPECT_THAT(engine.views[1]->events, testing::ElementsAre("load https://docs.google.com/spreadsheets/create"));
+    EXPECT_EQ(engine.storeOfView[1], delegate->profiles().activeID());
+}
+
 }
 }

@@ -33,6 +33,10 @@ public:
     std::set<std::string> handled;
     // Set: becoming the handler of anything fails for this reason.
     std::optional<std::string> handlerError;
+
+    void openNotificationSettings() override { ++notificationSettings; }
+
+    int notificationSettings { 0 };
     std::vector<std::string> opened;
     std::vector<std::string> openedFiles;
     std::vector<std::string> revealed;
@@ -161,6 +165,23 @@ private:
     std::shared_ptr<PopupState> m_state;
 };
 
+class FakePlainWindow final : public platform::Window {
+public:
+    explicit FakePlainWindow(WindowState& state)
+        : m_state(state)
+    {
+    }
+    void present() override
+    {
+        m_state.visible = true;
+        ++m_state.presented;
+    }
+    bool isVisible() const override { return m_state.visible; }
+
+private:
+    WindowState& m_state;
+};
+
 class FakeWindowFactory final : public WindowFactory {
 public:
     std::unique_ptr<platform::WebWindow> makeMainWindow(MainWindowAppearance const& appearance, SidebarView&,
@@ -177,7 +198,15 @@ public:
         return std::make_unique<FakePopupWindow>(state);
     }
 
+    std::unique_ptr<platform::Window> makeSettingsWindow(SettingsWindowController&) override
+    {
+        ++settingsMade;
+        return std::make_unique<FakePlainWindow>(settings);
+    }
+
     WindowState main;
+    WindowState settings;
+    int settingsMade { 0 };
     // In the order they were made, the ended ones too.
     std::vector<std::shared_ptr<PopupState>> popups;
 };

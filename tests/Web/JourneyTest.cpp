@@ -281,7 +281,7 @@ TEST_F(JourneyTest, TheProfileMenuSwitchesByMouse)
     waitUntil([&] { return !controller().sidebar().profileButton().isMenuOpen; }, "closed menu");
 
     // And back from the menu bar, whose menu is rebuilt by its own item.
-    auto const profilesMenu = Glib::ustring("menu-3");
+    auto const profilesMenu = Glib::ustring("menu-4");
     window().activate_action(profilesMenu + ".run", Glib::Variant<gint32>::create(0));
     waitUntil([&] { return dockTile.badge == 3; }, "Ada again");
 }

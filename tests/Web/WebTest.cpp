@@ -3,6 +3,7 @@
 #include "Platform/Gtk/MainWindow.h"
 #include "Platform/Gtk/PopupWindow.h"
 #include "Platform/Gtk/Renderers.h"
+#include "Platform/Gtk/SettingsWindow.h"
 
 #include <adwaita.h>
 #include <gdk/x11/gdkx.h>
@@ -122,6 +123,11 @@ std::unique_ptr<platform::PopupWindow> WebTest::makePopupWindow(platform::WebVie
 gtk::WindowServices WebTest::windowServices()
 {
     return { .pictures = pictures, .spelling = engine->spelling(), .quit = [] {} };
+}
+
+std::unique_ptr<platform::Window> WebTest::makeSettingsWindow(SettingsWindowController& settings)
+{
+    return std::make_unique<gtk::SettingsWindow>(*m_application, settings, pictures);
 }
 
 Gtk::ApplicationWindow& WebTest::window()

@@ -1,6 +1,9 @@
 #include "Platform/Gtk/Activation.h"
 
+#include <glibmm/main.h>
+
 #include <algorithm>
+#include <utility>
 
 namespace tarn::gtk {
 
@@ -8,6 +11,29 @@ namespace {
 
 constexpr char const* tokenKey = "tarn-activation-token";
 
+}
+
+Activation::Activation(Gtk::Application& application)
+    : m_application(application)
+    , m_added(application.signal_window_added().connect([this](Gtk::Window* window) { watch(*window); }))
+    , m_removed(application.signal_window_removed().connect([this](Gtk::Window* window) { m_windows.erase(window); }))
+{
+}
+
+void Activation::watch(Gtk::Window& window)
+{
+    m_windows[&window] = window.property_is_active().signal_changed().connect([this] {
+        // From one window to another, for a moment none is active.
+        Glib::signal_idle().connect_once(m_lifetime.guard([this] { activeChanged(); }));
+    });
+}
+
+void Activation::activeChanged()
+{
+    bool const active = isActive();
+    if (active && !std::exchange(m_wasActive, active))
+        didBecomeActive.emit();
+    m_wasActive = active;
 }
 
 bool Activation::isActive() const

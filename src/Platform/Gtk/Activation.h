@@ -1,19 +1,20 @@
 #pragma once
 
 #include "Platform/Activation.h"
+#include "Support/Lifetime.h"
+#include "Support/ScopedConnection.h"
 
 #include <gtkmm/application.h>
 
+#include <map>
 #include <string>
 
 namespace tarn::gtk {
 
 class Activation final : public platform::Activation {
 public:
-    explicit Activation(Gtk::Application& application)
-        : m_application(application)
-    {
-    }
+    // To be made before the windows.
+    explicit Activation(Gtk::Application&);
 
     bool isActive() const override;
     // The window used last; without any on the screen the application is activated as by a second start.
@@ -24,7 +25,15 @@ public:
     static void present(Gtk::Application&, Gtk::Window&);
 
 private:
+    void watch(Gtk::Window&);
+    void activeChanged();
+
     Gtk::Application& m_application;
+    std::map<Gtk::Window*, ScopedConnection> m_windows;
+    ScopedConnection m_added;
+    ScopedConnection m_removed;
+    bool m_wasActive { false };
+    Lifetime m_lifetime;
 };
 
 }

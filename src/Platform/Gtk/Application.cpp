@@ -12,6 +12,7 @@
 #include "Platform/Gtk/Pictures.h"
 #include "Platform/Gtk/PopupWindow.h"
 #include "Platform/Gtk/RunLoop.h"
+#include "Platform/Gtk/SettingsWindow.h"
 #include "Platform/Gtk/Updater.h"
 #include "Platform/Gtk/UserDefaults.h"
 #include "Platform/Gtk/Workspace.h"
@@ -219,6 +220,11 @@ WindowServices Application::windowServices()
         // From a fresh turn of the loop: the window that asks ends with it.
         .quit = [this] { m_ports->runLoop.post([this] { terminate(); }); },
     };
+}
+
+std::unique_ptr<platform::Window> Application::makeSettingsWindow(SettingsWindowController& settings)
+{
+    return std::make_unique<SettingsWindow>(*this, settings, m_ports->pictures);
 }
 
 }

@@ -48,6 +48,7 @@ private:
     std::unique_ptr<platform::WebWindow> makeMainWindow(MainWindowAppearance const&, tarn::SidebarView&, DownloadList&,
         FindBarController&, platform::MenuBar&) override;
     std::unique_ptr<platform::PopupWindow> makePopupWindow(platform::WebView&, platform::MenuBar&) override;
+    std::unique_ptr<platform::Window> makeSettingsWindow(SettingsWindowController&) override;
 
     WindowServices windowServices();
 

@@ -11,6 +11,9 @@ AvatarView::AvatarView(Pictures& pictures, int symbol)
     m_symbol.set_pixel_size(symbol);
     m_symbol.set_expand();
     set_valign(Gtk::Align::CENTER);
+    // The symbol is centred; that is no reason to be wide.
+    set_hexpand(false);
+    set_vexpand(false);
     set_can_target(false);
     gtk_accessible_update_state(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_STATE_HIDDEN, TRUE, -1);
     property_scale_factor().signal_changed().connect([this] { load(); });

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/Panels.h"
 
 #include "Platform/Gtk/NativeWindow.h"
+#include "Platform/Gtk/PlatformText.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/Signal.h"
 #include "Platform/Gtk/WebView.h"
@@ -74,12 +75,25 @@ Gtk::Widget* widgetOf(platform::SheetParent parent)
         parent);
 }
 
+Gtk::Window* sheetOn(Gtk::Window& parent)
+{
+    for (auto* const window : Gtk::Window::list_toplevels()) {
+        if (window->get_transient_for() == &parent && window->get_modal() && window->get_mapped())
+            return window;
+    }
+    return nullptr;
+}
+
 }
 
 Gtk::Window* sheetWindow(platform::SheetParent parent)
 {
     auto* const widget = widgetOf(parent);
-    return widget && widget->get_mapped() ? dynamic_cast<Gtk::Window*>(widget->get_root()) : nullptr;
+    auto* window = widget && widget->get_mapped() ? dynamic_cast<Gtk::Window*>(widget->get_root()) : nullptr;
+    // A sheet on a sheet.
+    while (auto* const sheet = window ? sheetOn(*window) : nullptr)
+        window = sheet;
+    return window;
 }
 
 void makeSheet(GtkWindow* dialog, Gtk::Window& parent)
@@ -105,12 +119,12 @@ public:
 
 class Panels::AlertDialog final : public Dialog {
 public:
-    AlertDialog(platform::Alert const& alert, Gtk::Window* sheetWindow, Reply<platform::AlertResponse> reply,
-        std::function<void(Dialog&)> onEnd)
+    AlertDialog(platform::Alert const& alert, std::string const& informativeText, Gtk::Window* sheetWindow,
+        Reply<platform::AlertResponse> reply, std::function<void(Dialog&)> onEnd)
         : m_reply(std::move(reply))
         , m_onEnd(std::move(onEnd))
-        , m_dialog(share(ADW_MESSAGE_DIALOG(adw_message_dialog_new(
-              nullptr, shortened(alert.message).c_str(), shortened(alert.informativeText).c_str()))))
+        , m_dialog(share(ADW_MESSAGE_DIALOG(
+              adw_message_dialog_new(nullptr, shortened(alert.message).c_str(), shortened(informativeText).c_str()))))
         , m_onResponse(m_dialog.get(), "response", [this](char const* response) { respond(response); })
     {
         addButtons(alert.buttons);
@@ -257,8 +271,12 @@ void Panels::dismiss(platform::SheetParent parent)
 
 void Panels::showAlert(platform::Alert const& alert, platform::SheetParent parent, Reply<platform::AlertResponse> reply)
 {
+    // What hangs on a page are the page's own words.
+    auto const informativeText = std::holds_alternative<platform::WebView*>(parent)
+        ? alert.informativeText
+        : platformText(alert.informativeText);
     add(std::make_unique<AlertDialog>(
-            alert, sheetWindow(parent), std::move(reply), [this](Dialog& dialog) { end(dialog); }),
+            alert, informativeText, sheetWindow(parent), std::move(reply), [this](Dialog& dialog) { end(dialog); }),
         parent);
 }
 

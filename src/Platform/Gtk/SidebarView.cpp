@@ -137,7 +137,6 @@ void SidebarView::render()
 {
     for (std::size_t position = 0; position < m_appButtons.size(); ++position)
         m_appButtons[position]->render(m_sidebar.appButtons()[position]);
-    m_settingsButton.set_visible(static_cast<bool>(m_sidebar.onSettings));
     renderProfile();
 }
 

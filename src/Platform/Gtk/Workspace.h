@@ -22,6 +22,7 @@ public:
     void reveal(std::filesystem::path const&) override;
     bool isDefaultHandler(std::string const& scheme) const override;
     void setDefaultHandler(std::string const& scheme, Reply<std::optional<std::string>>) override;
+    void openNotificationSettings() override;
 
 private:
     std::string m_desktopFile;

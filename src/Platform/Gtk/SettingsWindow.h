@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Platform/Gtk/NativeWindow.h"
+#include "Platform/Gtk/NotificationsPane.h"
+#include "Platform/Gtk/ProfilesPane.h"
+#include "Platform/Gtk/Ref.h"
+#include "Platform/Gtk/Signal.h"
+#include "Settings/SettingsWindowController.h"
+
+#include <gtkmm/application.h>
+#include <gtkmm/headerbar.h>
+
+namespace tarn::gtk {
+
+class SettingsWindow final : public platform::Window, public NativeWindow {
+public:
+    SettingsWindow(Gtk::Application&, SettingsWindowController&, Pictures&);
+    ~SettingsWindow() override;
+
+    void present() override;
+    bool isVisible() const override { return m_window.is_visible(); }
+
+    Gtk::Window& native() override { return m_window; }
+
+private:
+    void addTab(SettingsModel::Tab, Gtk::Widget&);
+    void addKeys();
+    void close();
+
+    Gtk::Application& m_application;
+    SettingsWindowController& m_settings;
+    Gtk::Window m_window;
+    Gtk::HeaderBar m_headerBar;
+    Ref<AdwViewStack> m_stack;
+    ProfilesPane m_profiles;
+    NotificationsPane m_notifications;
+    Signal<void(GParamSpec*)> m_onTab;
+};
+
+}
