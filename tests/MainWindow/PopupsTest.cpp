@@ -69,6 +69,7 @@ protected:
             .networkMonitor = networkMonitor,
             .defaults = defaults,
             .runLoop = runLoop,
+            .downloadsFolder = folder.path(),
             .log = [this](std::string const& line) { log.push_back(line); } }) };
 };
 
