@@ -18,9 +18,9 @@ namespace {
 std::vector<Menu> commands()
 {
     Menu menu { .title = "Window", .entries = {} };
-    for (auto const command :
-        { Command::quit, Command::closeWindow, Command::goBack, Command::goForward, Command::reloadPage,
-            Command::zoomIn, Command::zoomOut, Command::actualSize, Command::toggleFullScreen, Command::minimize })
+    for (auto const command : { Command::quit, Command::closeWindow, Command::printPage, Command::goBack,
+             Command::goForward, Command::reloadPage, Command::zoomIn, Command::zoomOut, Command::actualSize,
+             Command::toggleFullScreen, Command::minimize })
         menu.entries.emplace_back(MenuItem { .title = {}, .action = command });
     return { std::move(menu) };
 }
@@ -142,6 +142,9 @@ bool PopupWindowController::perform(Command command, int)
     case Command::closeWindow:
         close();
         return true;
+    case Command::printPage:
+        m_webView->print();
+        return true;
     case Command::goBack:
         m_webView->goBack();
         return true;
@@ -173,6 +176,7 @@ std::optional<CommandState> PopupWindowController::validate(Command command, int
     case Command::goForward:
         return CommandState { .enabled = m_webView->canGoForward() };
     case Command::closeWindow:
+    case Command::printPage:
     case Command::reloadPage:
     case Command::zoomIn:
     case Command::zoomOut:

@@ -46,7 +46,7 @@ class Widget:
         return [self._widget(child) for child in self._call(ACCESSIBLE, "GetChildren")]
 
     def below(self, role, closed=CLOSED):
-        """Those of a role that are in this widget, but not in one another."""
+        """Those of a role, or of several, that are in this widget, but not in one another."""
         for child in self.children:
             if child.role.endswith(role):
                 yield child

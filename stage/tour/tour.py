@@ -230,11 +230,115 @@ class Tour(Visitor):
         expect(not self.demo.sign_ins(), "a sign-in was asked for again")
         self.report.saw("both still signed in: nothing asked for a sign-in")
 
+    def asks_where_links_open(self):
+        loaded = self.beacons("Mail", "loaded")[-1]
+        question, link = "Where would you like to open this link?", "https://calendar.google.com/calendar/u/0/r"
+
+        def ask():
+            self.click_in_page(loaded, "link-calendar")
+            self.other_window(question)
+
+        ask()
+        self.report.did("clicked on a link into Calendar")
+        self.report.saw(f'"{question}"')
+        self.photograph("link-question")
+        self.desktop.press("Escape")
+        self.wait(lambda: not self.other_windows(), "no question")
+        self.report.did("pressed Escape: nothing opened")
+
+        before = len(self.demo.handed_over())
+        ask()
+        self.desktop.press("alt+d")
+        self.wait(lambda: self.demo.handed_over()[before:] == [link], "the default browser to be given the link")
+        self.report.did("asked again, and chose Default Browser: it was given the link")
+
+        ask()
+        self.desktop.press("Return")
+        self.other_window("Calendar")
+        self.wait(lambda: self.beacons("Calendar", "loaded"), "the page of Calendar")
+        self.report.did("asked again, and pressed Return")
+        self.report.saw("Calendar in a window of its own, signed in")
+        self.photograph("new-window", self.desktop.screen)
+        self.desktop.press("ctrl+w")
+        self.wait(lambda: not self.other_windows(), "the window to close")
+        expect(self.shows("Mail"), "Mail was not left alone")
+
+    def signs_in_by_popup(self):
+        self.click_in_page(self.beacons("Mail", "loaded")[-1], "open-sign-in")
+        self.report.did("clicked on a button that opens a sign-in")
+
+        def page_of(host):
+            found = self.wait(lambda: [b for b in self.demo.beacons(host, mark) if b["event"] == "loaded"], host)
+            return found[-1]
+
+        mark = 0
+        google = page_of("accounts.google.com")
+        window = self.other_window("")
+        expect(google["size"] == [520, 640], f"a popup of {google['size']}")
+        self.report.saw("a window of just the size that the page asked for, with the host in its title bar")
+        self.photograph("sign-in", window.rect)
+        mark = len(self.demo.requests())
+        self.click_in_popup(window, google, "single-sign-on")
+        company = page_of("login.microsoftonline.com")
+        self.click_in_popup(window, company, "next")
+        self.report.did("went on to the company's sign-in, and signed in there")
+        answer = self.wait(lambda: self.beacons("Mail", "popup-answer"), "the popup to tell Mail")[-1]
+        self.wait(lambda: not self.other_windows(), "the popup to close")
+        self.report.saw(f'the popup told Mail "{answer["word"]}" and closed')
+
+    def answers_questions(self):
+        loaded = self.beacons("Mail", "loaded")[-1]
+
+        def see_answer(text):
+            self.wait(lambda: [b for b in self.beacons("Mail", "answer") if b["text"] == text], f'the answer "{text}"')
+
+        folder = Path(os.environ["XDG_DATA_HOME"]).parent
+        (folder / "one.txt").write_text("one")
+        for thing, title, keys, answer in (
+            ("ask-alert", "The telescope", ["Return"], "read"),
+            ("ask-confirm", "Cancel the booking?", ["Escape"], "false"),
+            ("ask-confirm", "Cancel the booking?", ["Return"], "true"),
+            ("ask-prompt", "What shall we look at?", ["Return"], "M31"),
+            ("ask-prompt", "What shall we look at?", ["Escape"], "null"),
+        ):
+            self.click_in_page(loaded, thing)
+            self.other_window(title)
+            if thing == "ask-prompt":
+                self.photograph("prompt")
+            for key in keys:
+                self.desktop.press(key)
+            see_answer(answer)
+            self.report.did(f'answered "{title}" with {" ".join(keys)}; the page got: {answer}')
+        self.click_in_page(loaded, "ask-file")
+        self.other_window("Open")
+        self.desktop.type(str(folder / "one.txt"))
+        self.desktop.press("Return")
+        see_answer("one.txt (3)")
+        self.report.did("chose a file; the page got: one.txt (3)")
+        self.click_in_page(loaded, "ask-print")
+        self.other_window("Print")
+        self.photograph("print")
+        self.desktop.press("Escape")
+        self.wait(lambda: not self.other_windows(), "no dialog")
+        self.report.did("clicked on the page's print button")
+        self.report.saw("the print dialog; Escape closed it")
+
+    def finds(self):
+        self.press("ctrl+f")
+        self.wait(lambda: self.place("button", "Done"), "the find bar")
+        self.desktop.type("bicycle")
+        self.report.did('pressed Ctrl+F and typed "bicycle"')
+        self.photograph("find")
+        self.desktop.type("s everywhere")
+        self.wait(lambda: self.place("label", "Not found"), '"Not found"')
+        self.report.did('typed on, "bicycles everywhere"')
+        self.report.saw('"Not found"')
+        self.desktop.press("Escape")
+
     def downloads(self):
         self.click_in_page(self.beacons("Mail", "loaded")[-1], "download-slow")
         self.report.did("clicked on a link to a file that comes slowly")
-        focused = lambda: [w for w in self.desktop.windows(APPLICATION_ID) if w.title == "Save" and self.desktop.has_focus(w)]
-        self.wait(focused, "a save dialog")
+        self.other_window("Save")
         file = Path(os.environ["XDG_DATA_HOME"]).parent / "Slow file.bin"
         self.desktop.press("ctrl+a")
         self.desktop.type(str(file))
@@ -286,6 +390,10 @@ STEPS = (
     ("Pages whose processes die come back by themselves", Tour.recovers),
     ("Closing the window only hides it", Tour.closes_and_opens),
     ("After a restart the size is the same, and both profiles are signed in", Tour.restarts),
+    ("The user says where a link into another app opens", Tour.asks_where_links_open),
+    ("A sign-in in a popup hands its result back", Tour.signs_in_by_popup),
+    ("Pages ask, and are answered", Tour.answers_questions),
+    ("Finding in the page", Tour.finds),
     ("A download asks where, shows how far it is, and becomes a file", Tour.downloads),
     ("Dark, where the desktop is", Tour.turns_dark),
 )

@@ -12,6 +12,8 @@ from waiting import expect, wait_for
 
 # In the order of the sidebar, which is that of their keys.
 APPS = ("Mail", "Calendar", "Drive", "Gemini", "Keep", "Tasks", "Contacts")
+# Those with an icon are of another kind.
+ITEMS = ("menu item", "menu item radio")
 UNREAD_DOT = parse_colour("#e01b24")
 
 
@@ -101,6 +103,15 @@ class Visitor:
             return holder.rect.moved(*self.inside()[:2])
         raise LookupError("no page")
 
+    def other_windows(self):
+        """Popups and dialogs."""
+        return [window for window in self.desktop.windows(APPLICATION_ID) if window.title not in ("Tarn", "")]
+
+    def other_window(self, title):
+        """One that has the keyboard."""
+        look = lambda: [w for w in self.other_windows() if w.title.startswith(title) and self.desktop.has_focus(w)]
+        return self.wait(look, f'a window "{title}" with the keyboard')[0]
+
     def open_menu(self):
         """The names of the open menu's items, with where they are on the screen."""
         popups = [window for window in self.desktop.windows(APPLICATION_ID) if not window.has_commands]
@@ -108,7 +119,7 @@ class Visitor:
             for popup in popups:
                 if menu.rect[2:] == popup.rect[2:]:
                     x, y = popup.rect.x - menu.rect.x, popup.rect.y - menu.rect.y
-                    return {item.name: item.rect.moved(x, y) for item in menu.below("menu item")}
+                    return {item.name: item.rect.moved(x, y) for item in menu.below(ITEMS)}
         return {}
 
     def shows(self, app):
@@ -175,7 +186,16 @@ class Visitor:
     def click_in_page(self, beacon, thing, key=None, down=None):
         """On what the page has told the place of; at its middle, or so far below its top."""
         self.ready()
-        page = self.wait(self.page, "a page")
+        self._click_in(self.wait(self.page, "a page"), beacon, thing, key, down)
+
+    def click_in_popup(self, window, beacon, thing):
+        # What is not page is at the top, but for the edge around all of it.
+        width, height = beacon["size"]
+        edge = (window.rect.width - width) // 2
+        page = window.rect.moved(edge, window.rect.height - height - edge)
+        self._click_in(page, beacon, thing)
+
+    def _click_in(self, page, beacon, thing, key=None, down=None):
         rect = Rect(*beacon["places"][thing]).moved(page.x, page.y)
         self.click(rect if down is None else rect._replace(y=rect.y + down, height=1), key)
 

@@ -71,8 +71,8 @@ TEST_F(FindTest, TheEndOfThePageDoesNotHoldUpTheBar)
     waitForMatch("a", "tar");
     test::killWebProcesses();
     press("Return");
-    waitForPage(GoogleApp::keep);
-    waitUntil([&] { return evaluate(keep(), "document.readyState") == "complete"; }, "page again");
+    waitUntil([&] { return evaluate(keep(), "document.querySelector('#c') ? '' : document.readyState") == "complete"; },
+        "page as it came");
     evaluate(keep(), "document.body.innerHTML = '<p id=a>tarn</p>'");
     press("ctrl+f");
     type("tarn");

@@ -271,7 +271,7 @@ TEST_F(JourneyTest, TheProfileMenuSwitchesByMouse)
     auto const work = profiles().create("Work", { GoogleApp::mail }).id;
     waitUntil([&] { return dockTile.badge == 3; }, "Ada");
     waitUntil([&] { return window().is_active(); }, "active window");
-    auto& sidebar = *window().get_child()->get_first_child();
+    auto& sidebar = *window().get_child()->get_last_child()->get_first_child();
     clickAt(sidebar, 30, sidebar.get_height() - 16 - 18);
     waitUntil([&] { return controller().sidebar().profileButton().isMenuOpen; }, "menu");
     press("Down");

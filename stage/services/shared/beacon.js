@@ -23,6 +23,7 @@
       visibility: document.visibilityState,
       focused: document.hasFocus(),
       top: self === top,
+      size: [innerWidth, innerHeight],
       scrollTop: Math.round(document.scrollingElement?.scrollTop ?? 0),
       draft: draft(),
       ...more,
