@@ -61,6 +61,7 @@ def same_colour(one, other):
 
 class Desktop:
     def __init__(self):
+        self.daemon = None
         managed = lambda: b"window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
         wait_for(managed, "a window manager")
         width, height = run("xdotool", "getdisplaygeometry").split()
@@ -83,6 +84,30 @@ class Desktop:
 
     def type(self, text):
         run("xdotool", "type", "--clearmodifiers", "--delay", "30", text)
+
+    def activate(self, window):
+        run("xdotool", "windowactivate", window.id)
+
+    def start_notification_daemon(self, folder):
+        configuration = folder / "dunstrc"
+        # As it comes, its left button only puts away.
+        configuration.write_text("[global]\nmouse_left_click = do_action, close_current\n[urgency_normal]\ntimeout = 0\n")
+        self.daemon = subprocess.Popen(
+            ["dunst", "-conf", str(configuration)], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
+        )
+
+    def notifications(self):
+        return self.windows("Dunst")
+
+    def click_notification(self):
+        self.click(self.notifications()[0].rect.centre)
+        self.put_pointer_away()
+        wait_for(lambda: not self.notifications(), "the notification to go")
+
+    def close(self):
+        if self.daemon:
+            self.daemon.terminate()
+            self.daemon.wait()
 
     def resize(self, window, width, height):
         run("xdotool", "windowsize", window.id, str(width), str(height))

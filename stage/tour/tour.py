@@ -71,7 +71,7 @@ class Tour(Visitor):
         self.photograph("mail")
 
     def reads(self):
-        self.click_in_page(self.beacons("Mail", "loaded")[-1], "main", down=70)
+        self.click_in_page(self.app_page("Mail"), "main", down=70)
         self.report.did("clicked on the first conversation")
         self.see_inbox(2)
         self.photograph("conversation")
@@ -109,7 +109,7 @@ class Tour(Visitor):
     def keeps_draft(self):
         before, after = "Ask Ines about the 14th, and bring", " the red torch"
         loads = self.loads("Keep")
-        self.click_in_page(self.beacons("Keep", "loaded")[-1], "note")
+        self.click_in_page(self.app_page("Keep"), "note")
         self.desktop.type(before)
         self.report.did(f'typed "{before}" into a note')
         self.press("ctrl+1")
@@ -165,7 +165,7 @@ class Tour(Visitor):
         self.report.saw("no new sign-in")
 
     def hands_over_links(self):
-        loaded = self.beacons("Mail", "loaded")[-1]
+        loaded = self.app_page("Mail")
         for what, link, key in (
             ("clicked with Ctrl on a link to another site", "link-foreign", "ctrl"),
             ("clicked on it without Ctrl", "link-foreign", None),
@@ -231,7 +231,7 @@ class Tour(Visitor):
         self.report.saw("both still signed in: nothing asked for a sign-in")
 
     def asks_where_links_open(self):
-        loaded = self.beacons("Mail", "loaded")[-1]
+        loaded = self.app_page("Mail")
         question, link = "Where would you like to open this link?", "https://calendar.google.com/calendar/u/0/r"
 
         def ask():
@@ -264,7 +264,7 @@ class Tour(Visitor):
         expect(self.shows("Mail"), "Mail was not left alone")
 
     def signs_in_by_popup(self):
-        self.click_in_page(self.beacons("Mail", "loaded")[-1], "open-sign-in")
+        self.click_in_page(self.app_page("Mail"), "open-sign-in")
         self.report.did("clicked on a button that opens a sign-in")
 
         def page_of(host):
@@ -287,7 +287,7 @@ class Tour(Visitor):
         self.report.saw(f'the popup told Mail "{answer["word"]}" and closed')
 
     def answers_questions(self):
-        loaded = self.beacons("Mail", "loaded")[-1]
+        loaded = self.app_page("Mail")
 
         def see_answer(text):
             self.wait(lambda: [b for b in self.beacons("Mail", "answer") if b["text"] == text], f'the answer "{text}"')
@@ -323,6 +323,47 @@ class Tour(Visitor):
         self.report.did("clicked on the page's print button")
         self.report.saw("the print dialog; Escape closed it")
 
+    def is_notified(self):
+        self.desktop.start_notification_daemon(Path(os.environ["XDG_DATA_HOME"]).parent)
+        self.report.did("started a notification daemon")
+        loaded = self.app_page("Mail")
+        came_back = lambda: len([b for b in self.beacons("Mail", "answer") if b["text"] == "came back"])
+
+        def notify():
+            # Until the daemon is there, pages hear that nobody would see their notifications.
+            self.click_in_page(loaded, "show-notification")
+            return self.desktop.notifications()
+
+        self.wait(notify, "a notification")
+        self.report.did("clicked on a button of Mail that notifies")
+        self.photograph("notification", self.desktop.screen)
+        self.press("ctrl+3")
+        self.see_app("Drive")
+        self.press("ctrl+w")
+        self.wait(lambda: not self.desktop.windows(APPLICATION_ID), "no window")
+        self.report.did("went on to Drive, and closed the window")
+        self.desktop.click_notification()
+        self.ready()
+        self.see_app("Mail")
+        self.wait(lambda: came_back() == 1, "Mail to hear of the click")
+        self.report.did("clicked on the notification")
+        self.report.saw("the window is back, with Mail in it, and Mail's own notification heard the click")
+
+        self.click_in_page(loaded, "open-popup")
+        popup = self.other_window("Popup")
+        mark = lambda: [b for b in self.beacons("Mail", "loaded") if b["href"].endswith("popup.html")]
+        self.click_in_popup(popup, self.wait(mark, "the popup's page")[-1], "notify")
+        self.wait(self.desktop.notifications, "a notification of the popup")
+        self.desktop.activate(self.window())
+        self.ready()
+        self.desktop.click_notification()
+        self.other_window("Popup")
+        self.wait(lambda: came_back() == 2, "the popup to hear of the click")
+        self.report.did("let a popup notify, went back to the main window, and clicked on the notification")
+        self.report.saw("the popup in front, and its own notification heard the click")
+        self.desktop.press("ctrl+w")
+        self.wait(lambda: not self.other_windows(), "the popup to close")
+
     def finds(self):
         self.press("ctrl+f")
         self.wait(lambda: self.place("button", "Done"), "the find bar")
@@ -336,7 +377,7 @@ class Tour(Visitor):
         self.desktop.press("Escape")
 
     def downloads(self):
-        self.click_in_page(self.beacons("Mail", "loaded")[-1], "download-slow")
+        self.click_in_page(self.app_page("Mail"), "download-slow")
         self.report.did("clicked on a link to a file that comes slowly")
         self.other_window("Save")
         file = Path(os.environ["XDG_DATA_HOME"]).parent / "Slow file.bin"
@@ -393,6 +434,7 @@ STEPS = (
     ("The user says where a link into another app opens", Tour.asks_where_links_open),
     ("A sign-in in a popup hands its result back", Tour.signs_in_by_popup),
     ("Pages ask, and are answered", Tour.answers_questions),
+    ("A click on a notification leads to its page", Tour.is_notified),
     ("Finding in the page", Tour.finds),
     ("A download asks where, shows how far it is, and becomes a file", Tour.downloads),
     ("Dark, where the desktop is", Tour.turns_dark),

@@ -52,6 +52,7 @@ class Visitor:
 
     def close(self):
         self.demo.end()
+        self.desktop.close()
         self.widgets.close()
 
     @staticmethod
@@ -142,6 +143,10 @@ class Visitor:
             for beacon in self.demo.beacons(host(app), self.mark)
             if beacon["account"] == self.person and event in (None, beacon["event"])
         ]
+
+    def app_page(self, app):
+        """What the app's page told when it was loaded; its popups tell the same of themselves."""
+        return [beacon for beacon in self.beacons(app, "loaded") if "/_stage/" not in beacon["href"]][-1]
 
     def see_app(self, app):
         loaded = self.wait(lambda: self.beacons(app, "loaded"), f"the page of {app}")[-1]

@@ -71,7 +71,12 @@ TEST_F(FindTest, TheEndOfThePageDoesNotHoldUpTheBar)
     waitForMatch("a", "tar");
     test::killWebProcesses();
     press("Return");
-    waitUntil([&] { return evaluate(keep(), "document.querySelector('#c') ? '' : document.readyState") == "complete"; },
+    waitUntil(
+        [&] {
+            return evaluate(keep(),
+                       "!document.querySelector('#c') && document.querySelector('textarea') && document.readyState")
+                == "complete";
+        },
         "page as it came");
     evaluate(keep(), "document.body.innerHTML = '<p id=a>tarn</p>'");
     press("ctrl+f");

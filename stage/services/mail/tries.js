@@ -55,7 +55,10 @@
         button('ask-confirm', 'Confirm', () => answered(String(confirm('Cancel the booking?')))),
         button('ask-prompt', 'Prompt', () => answered(String(prompt('What shall we look at?', 'M31')))),
         files('ask-file', 'File'), files('ask-files', 'Files', { multiple: true }),
-        button('ask-print', 'Print', () => print())), said),
+        button('ask-print', 'Print', () => print()),
+        button('show-notification', 'Notify', () => {
+          new Notification('Mira Okonkwo', { body: 'The dome is open.' }).onclick = () => answered('came back');
+        })), said),
     element('section', { class: 'card' }, element('h3', {}, 'Downloads'),
       element('div', { class: 'row' }, ...['sized', 'unsized', 'slow', 'broken', 'inline'].map((kind) =>
         element('a', { id: 'download-' + kind, href: `/_stage/download/${kind}.bin?size=600000&kind=${kind}` }, kind[0].toUpperCase() + kind.slice(1))))),
