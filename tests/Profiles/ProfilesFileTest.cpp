@@ -62,14 +62,17 @@ std::string replaced(std::string_view from, std::string_view to)
     return result.replace(result.find(from), from.size(), to);
 }
 
-std::string nested(std::string_view open, std::string_view close)
+std::string repeated(std::string_view piece, int times)
 {
     std::string result;
-    for (int level = 0; level < 100'000; ++level)
-        result += open;
-    for (int level = 0; level < 100'000; ++level)
-        result += close;
+    for (int time = 0; time < times; ++time)
+        result += piece;
     return result;
+}
+
+std::string nested(std::string_view open, std::string_view close)
+{
+    return repeated(open, 100'000) + repeated(close, 100'000);
 }
 
 TEST(ProfilesFile, HasOneForm)
@@ -90,6 +93,7 @@ TEST(ProfilesFile, ToleratesWhatChangesNothing)
         { "another zone", patched("replace", "/profiles/0/createdAt", "2025-03-01T10:30:00+01:00") },
         { "deep arrays", replaced("\"activeID\"", "\"x\":" + nested("[", "]") + ",\"activeID\"") },
         { "deep objects", replaced("\"createdAt\"", "\"x\":" + nested("{\"x\":[", "]}") + ",\"createdAt\"") },
+        { "a million objects", replaced("\"activeID\"", "\"x\":[" + repeated("{},", 1'000'000) + "0],\"activeID\"") },
     };
     for (auto const& [what, file] : rows)
         EXPECT_EQ(ProfilesFile::decode(file), saved) << what;
@@ -123,6 +127,7 @@ TEST(ProfilesFile, RefusesWhatItCannotTakeAsAWhole)
         { "a comment", replaced("2.0", "2.0 /* 200 % */") },
         { "deep arrays", nested("[", "]") },
         { "deep objects in a known key", replaced("{}", nested("{\"mail\":[", "]}")) },
+        { "more than 4 MiB", text + std::string(5 << 20, ' ') },
     };
     for (auto const& [what, file] : texts)
         EXPECT_EQ(ProfilesFile::decode(file), std::nullopt) << what;
