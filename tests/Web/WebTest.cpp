@@ -127,7 +127,7 @@ gtk::WindowServices WebTest::windowServices()
 
 std::unique_ptr<platform::Window> WebTest::makeSettingsWindow(SettingsWindowController& settings)
 {
-    return std::make_unique<gtk::SettingsWindow>(*m_application, settings, pictures);
+    return std::make_unique<gtk::SettingsWindow>(*m_application, settings, windowServices());
 }
 
 Gtk::ApplicationWindow& WebTest::window()

@@ -224,7 +224,7 @@ WindowServices Application::windowServices()
 
 std::unique_ptr<platform::Window> Application::makeSettingsWindow(SettingsWindowController& settings)
 {
-    return std::make_unique<SettingsWindow>(*this, settings, m_ports->pictures);
+    return std::make_unique<SettingsWindow>(*this, settings, windowServices());
 }
 
 }

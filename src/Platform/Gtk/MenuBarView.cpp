@@ -152,7 +152,8 @@ void MenuBarView::rebuild()
         auto const& menu = m_menuBar.menus()[index];
         auto const& model = m_models.emplace_back(menu, menuPrefix(index), m_pictures, &windowAction);
         m_window.insert_action_group(menuPrefix(index), model.actions());
-        bar->append_submenu(menu.title, model.model());
+        // Opens with Alt and its first letter.
+        bar->append_submenu("_" + menu.title, model.model());
     }
     m_widget.set_menu_model(bar);
     for (auto const& model : m_models) {

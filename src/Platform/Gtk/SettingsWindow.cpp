@@ -5,7 +5,6 @@
 
 #include <gtkmm/scrolledwindow.h>
 #include <gtkmm/shortcut.h>
-#include <gtkmm/shortcutcontroller.h>
 
 namespace tarn::gtk {
 
@@ -16,11 +15,12 @@ constexpr int mostHeight = 700;
 
 }
 
-SettingsWindow::SettingsWindow(Gtk::Application& application, SettingsWindowController& settings, Pictures& pictures)
+SettingsWindow::SettingsWindow(
+    Gtk::Application& application, SettingsWindowController& settings, WindowServices const& services)
     : m_application(application)
     , m_settings(settings)
     , m_stack(sink(ADW_VIEW_STACK(adw_view_stack_new())))
-    , m_profiles(settings.profilesPane(), pictures, m_window, SettingsWindowController::paneWidth)
+    , m_profiles(settings.profilesPane(), services.pictures, m_window, SettingsWindowController::paneWidth)
     , m_notifications(settings.notificationsPane(), SettingsWindowController::paneWidth)
     , m_onTab(m_stack.get(), "notify::visible-child-name", [this](GParamSpec*) {
         auto const* const name = adw_view_stack_get_visible_child_name(m_stack.get());
@@ -50,7 +50,10 @@ SettingsWindow::SettingsWindow(Gtk::Application& application, SettingsWindowCont
             return true;
         },
         false);
-    addKeys();
+    addKey(GDK_KEY_Escape, {}, [this] { close(); });
+    addKey(GDK_KEY_w, Gdk::ModifierType::CONTROL_MASK, [this] { close(); });
+    addKey(GDK_KEY_q, Gdk::ModifierType::CONTROL_MASK, services.quit);
+    m_window.add_controller(m_keys);
 
     auto const select = [this] {
         adw_view_stack_set_visible_child_name(
@@ -80,18 +83,13 @@ void SettingsWindow::addTab(SettingsModel::Tab tab, Gtk::Widget& pane)
     adw_view_stack_page_set_icon_name(page, std::string(appearance.iconName).c_str());
 }
 
-void SettingsWindow::addKeys()
+void SettingsWindow::addKey(guint key, Gdk::ModifierType modifiers, std::function<void()> const& action)
 {
-    auto const keys = Gtk::ShortcutController::create();
-    for (auto const& trigger : { Gtk::KeyvalTrigger::create(GDK_KEY_Escape),
-             Gtk::KeyvalTrigger::create(GDK_KEY_w, Gdk::ModifierType::CONTROL_MASK) }) {
-        keys->add_shortcut(
-            Gtk::Shortcut::create(trigger, Gtk::CallbackAction::create([this](Gtk::Widget&, Glib::VariantBase const&) {
-                close();
-                return true;
-            })));
-    }
-    m_window.add_controller(keys);
+    m_keys->add_shortcut(Gtk::Shortcut::create(Gtk::KeyvalTrigger::create(key, modifiers),
+        Gtk::CallbackAction::create([action](Gtk::Widget&, Glib::VariantBase const&) {
+            action();
+            return true;
+        })));
 }
 
 void SettingsWindow::present()

@@ -5,16 +5,18 @@
 #include "Platform/Gtk/ProfilesPane.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/Signal.h"
+#include "Platform/Gtk/WindowCommands.h"
 #include "Settings/SettingsWindowController.h"
 
 #include <gtkmm/application.h>
 #include <gtkmm/headerbar.h>
+#include <gtkmm/shortcutcontroller.h>
 
 namespace tarn::gtk {
 
 class SettingsWindow final : public platform::Window, public NativeWindow {
 public:
-    SettingsWindow(Gtk::Application&, SettingsWindowController&, Pictures&);
+    SettingsWindow(Gtk::Application&, SettingsWindowController&, WindowServices const&);
     ~SettingsWindow() override;
 
     void present() override;
@@ -24,13 +26,14 @@ public:
 
 private:
     void addTab(SettingsModel::Tab, Gtk::Widget&);
-    void addKeys();
+    void addKey(guint key, Gdk::ModifierType, std::function<void()> const& action);
     void close();
 
     Gtk::Application& m_application;
     SettingsWindowController& m_settings;
     Gtk::Window m_window;
     Gtk::HeaderBar m_headerBar;
+    Glib::RefPtr<Gtk::ShortcutController> m_keys { Gtk::ShortcutController::create() };
     Ref<AdwViewStack> m_stack;
     ProfilesPane m_profiles;
     NotificationsPane m_notifications;
