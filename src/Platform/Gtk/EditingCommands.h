@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Platform/Gtk/MenuBarView.h"
+#include "Support/Lifetime.h"
 
 #include <gtkmm/window.h>
+
+#include <set>
 
 namespace tarn::gtk {
 
@@ -15,14 +18,25 @@ public:
     EditingCommands(EditingCommands const&) = delete;
     EditingCommands& operator=(EditingCommands const&) = delete;
 
+    // The states of the commands may have changed.
+    std::function<void()> onChange;
+
     void addTo(MenuBarView::PlatformCommands&);
 
 private:
+    struct Row;
+    static Row const rows[];
+
     void focusChanged();
-    void perform(char const* engineCommand, char const* fieldAction);
+    void askPage();
+    void perform(Row const&);
 
     Gtk::Window& m_window;
     GWeakRef m_focused;
+    bool m_isInMenu { false };
+    // As the page said when the menu was opened.
+    std::set<platform::Command> m_unavailable;
+    Lifetime m_lifetime;
 };
 
 }

@@ -62,6 +62,7 @@ MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const
             return true;
         },
         false);
+    m_editing.onChange = [&menuBar] { menuBar.revalidate(); };
     watchFocus();
 }
 

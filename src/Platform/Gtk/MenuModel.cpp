@@ -33,7 +33,7 @@ MenuModel::MenuModel(
 {
     append(*m_model, menu, commandAction);
 
-    auto const run = Gio::SimpleAction::create_radio_integer("run", m_checked);
+    auto const run = Gio::SimpleAction::create("run", Glib::VARIANT_TYPE_INT32);
     run->signal_activate().connect([closures = m_closures](Glib::VariantBase const& parameter) {
         auto const index = Glib::VariantBase::cast_dynamic<Glib::Variant<gint32>>(parameter).get();
         if (index >= 0 && static_cast<std::size_t>(index) < closures.size())
@@ -73,8 +73,6 @@ std::string MenuModel::actionFor(platform::MenuItem const& item, CommandAction c
             [&](std::function<void()> const& closure) {
                 auto const index = static_cast<int>(m_closures.size());
                 m_closures.push_back(closure);
-                if (item.checked)
-                    m_checked = index;
                 return m_prefix + ".run(" + std::to_string(index) + ")";
             },
         },

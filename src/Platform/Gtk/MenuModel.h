@@ -15,7 +15,8 @@
 namespace tarn::gtk {
 
 // The toolkit's form of a Menu: a model to draw, and an action for the items that run a closure. Separators become
-// sections. Items with a command refer to the action that commandAction names.
+// sections. Items with a command refer to the action that commandAction names. Of closures, only items with an icon or
+// a picture can be checked.
 class MenuModel {
 public:
     // The detailed name of a command's action; empty for a command that is not offered here.
@@ -48,8 +49,6 @@ private:
     Glib::RefPtr<Gio::SimpleActionGroup> m_actions;
     std::vector<Child> m_children;
     std::vector<std::function<void()>> m_closures;
-    // Position of the checked closure among them; the items form one radio group.
-    int m_checked { -1 };
 };
 
 }

@@ -1,5 +1,7 @@
 #include "Platform/Gtk/Preferences.h"
 
+#include <algorithm>
+
 namespace tarn::gtk {
 
 namespace {
@@ -8,13 +10,23 @@ constexpr int margin = 24;
 constexpr int spacing = 12;
 constexpr int lineLength = 60; // characters
 
+// How much larger than usual the user wants texts; pages grow with them.
+double textScale()
+{
+    constexpr double usual = 96 * 1024;
+    constexpr double most = 2;
+    int resolution = -1;
+    g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &resolution, nullptr);
+    return std::clamp(resolution / usual, 1.0, most);
+}
+
 }
 
 Gtk::Box* makePage(int width)
 {
     auto* const page = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, spacing);
     page->set_margin(margin);
-    page->set_size_request(width - 2 * margin, -1);
+    page->set_size_request(static_cast<int>(width * textScale()) - 2 * margin, -1);
     page->set_valign(Gtk::Align::START);
     return page;
 }

@@ -11,7 +11,7 @@ namespace tarn::gtk {
 
 // The parts of a settings page, as this desktop draws them. All texts are plain.
 
-// A page: groups below one another, of a width.
+// A page: groups below one another, of a width at the usual size of texts.
 Gtk::Box* makePage(int width);
 
 // Owned by what it is put into.
