@@ -3,6 +3,7 @@
 #include "App/UpdaterManager.h"
 #include "MainWindow/MainWindowController.h"
 #include "Platform/Activation.h"
+#include "Platform/LoginItem.h"
 #include "Platform/NotificationCenter.h"
 #include "Profiles/ProfileStore.h"
 
@@ -23,6 +24,7 @@ struct AppEnvironment {
     platform::DockTile& dockTile;
     platform::Panels& panels;
     platform::NetworkMonitor& networkMonitor;
+    platform::LoginItem& loginItem;
     platform::UserDefaults& defaults;
     platform::RunLoop& runLoop;
     platform::Activation& activation;

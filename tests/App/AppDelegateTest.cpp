@@ -24,6 +24,7 @@ protected:
     test::FakeDockTile dockTile;
     test::FakePanels panels;
     test::FakeNetworkMonitor networkMonitor;
+    test::FakeLoginItem loginItem;
     test::FakeUserDefaults defaults;
     test::FakeActivation activation;
     test::FakeNotificationCenter notificationCenter;
@@ -37,6 +38,7 @@ protected:
         .dockTile = dockTile,
         .panels = panels,
         .networkMonitor = networkMonitor,
+        .loginItem = loginItem,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,

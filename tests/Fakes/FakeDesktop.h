@@ -2,6 +2,7 @@
 
 #include "MainWindow/WindowFactory.h"
 #include "Platform/DockTile.h"
+#include "Platform/LoginItem.h"
 #include "Platform/NetworkMonitor.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/WebView.h"
@@ -117,6 +118,21 @@ public:
 
     bool available { true };
     std::function<void()> onChange;
+};
+
+class FakeLoginItem final : public platform::LoginItem {
+public:
+    bool isEnabled() const override { return enabled; }
+    void setEnabled(bool wanted, Reply<std::optional<std::string>> reply) override
+    {
+        if (!error)
+            enabled = wanted;
+        std::move(reply)(error);
+    }
+
+    bool enabled { false };
+    // Set: nothing can be changed, for this reason.
+    std::optional<std::string> error;
 };
 
 struct PopupState {

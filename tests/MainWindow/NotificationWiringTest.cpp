@@ -49,6 +49,7 @@ protected:
     test::FakeDockTile dockTile;
     test::FakePanels panels;
     test::FakeNetworkMonitor networkMonitor;
+    test::FakeLoginItem loginItem;
     test::FakeUserDefaults defaults;
     test::FakeActivation activation;
     test::FakeNotificationCenter center;
@@ -63,6 +64,7 @@ protected:
         .dockTile = dockTile,
         .panels = panels,
         .networkMonitor = networkMonitor,
+        .loginItem = loginItem,
         .defaults = defaults,
         .runLoop = runLoop,
         .activation = activation,

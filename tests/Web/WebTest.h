@@ -75,6 +75,7 @@ protected:
     // What the next launch uses.
     platform::Panels* desktopPanels { &panels };
     FakeNetworkMonitor networkMonitor;
+    FakeLoginItem loginItem;
     gtk::Pictures pictures;
     FakeUserDefaults defaults;
     gtk::RunLoop runLoop;

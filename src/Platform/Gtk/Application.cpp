@@ -5,6 +5,7 @@
 #include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/DockTile.h"
 #include "Platform/Gtk/LaunchMessage.h"
+#include "Platform/Gtk/LoginItem.h"
 #include "Platform/Gtk/MainWindow.h"
 #include "Platform/Gtk/NetworkMonitor.h"
 #include "Platform/Gtk/NotificationCenter.h"
@@ -62,6 +63,8 @@ struct Application::Ports {
         : defaults(options.configuration / "Tarn" / "settings.ini", logToSystem)
         , workspace(options.applicationId, runLoop, logToSystem)
         , dockTile(application.get_dbus_connection(), options.applicationId)
+        , loginItem(g_getenv("FLATPAK_ID") ? LoginItem::Road::portal : LoginItem::Road::autostartFolder,
+              options.applicationId, options.configuration, defaults, runLoop, application.get_dbus_connection())
         , activation(application)
         , notificationCenter(application.get_dbus_connection(), options.applicationId)
         , engine(
@@ -77,6 +80,7 @@ struct Application::Ports {
     UserDefaults defaults;
     Workspace workspace;
     DockTile dockTile;
+    LoginItem loginItem;
     Panels panels;
     NetworkMonitor networkMonitor;
     Pictures pictures;
@@ -140,6 +144,7 @@ void Application::on_startup()
         .dockTile = m_ports->dockTile,
         .panels = m_ports->panels,
         .networkMonitor = m_ports->networkMonitor,
+        .loginItem = m_ports->loginItem,
         .defaults = m_ports->defaults,
         .runLoop = m_ports->runLoop,
         .activation = m_ports->activation,
