@@ -55,11 +55,12 @@ std::string SignInService::checkedContinue(std::optional<std::string> const& url
 {
     auto const fallback = "https://" + std::string(mailHost) + "/";
     // Nothing that two URL parsers could read differently: printable ASCII, no backslash, no user info.
-    if (!url || !isPrintableAscii(*url) || url->find_first_of("\\@") != url->npos)
+    if (!url || !isPrintableAscii(*url) || url->find('\\') != url->npos)
         return fallback;
     std::unique_ptr<GUri, decltype(&g_uri_unref)> const uri(
         g_uri_parse(url->c_str(), G_URI_FLAGS_ENCODED, nullptr), g_uri_unref);
-    if (!uri || std::string_view(g_uri_get_scheme(uri.get())) != "https" || !g_uri_get_host(uri.get()))
+    if (!uri || std::string_view(g_uri_get_scheme(uri.get())) != "https" || !g_uri_get_host(uri.get())
+        || g_uri_get_userinfo(uri.get()))
         return fallback;
     return std::string_view(g_uri_get_host(uri.get())).ends_with(".google.com") ? *url : fallback;
 }

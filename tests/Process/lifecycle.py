@@ -33,6 +33,10 @@ class Lifecycle(unittest.TestCase):
         self.addCleanup(scratch.cleanup)
         # Neither UTF-8 nor without a space.
         self.home = os.path.join(os.fsencode(scratch.name), b"a home \xff")
+        # Where it is started; nothing of it may land there.
+        self.here = pathlib.Path(scratch.name, "here")
+        self.here.mkdir()
+        self.addCleanup(lambda: self.assertEqual(list(self.here.iterdir()), []))
         self.log = pathlib.Path(scratch.name, "requests")
         self.environment = dict(os.environb)
         for folder in (b"data", b"config", b"cache", b"state"):
@@ -40,12 +44,13 @@ class Lifecycle(unittest.TestCase):
             os.makedirs(path)
             self.environment[b"XDG_" + folder.upper() + b"_HOME"] = path
         self.environment[b"TARN_STAGE_LOG"] = os.fsencode(self.log)
-        self.profiles = os.path.join(self.home, b"state", b"tarn-demo", b"data", b"Tarn", b"v2", b"profiles.json")
+        self.folder = os.path.join(self.home, b"state", b"tarn-demo", b"data", b"Tarn", b"v2")
+        self.profiles = os.path.join(self.folder, b"profiles.json")
 
-    def start(self, *arguments, **changes):
+    def start(self, *arguments, before=(), **changes):
         changed = {os.fsencode(name): os.fsencode(value) for name, value in changes.items()}
         process = subprocess.Popen(
-            [PROGRAM, *arguments], env=self.environment | changed, stdout=subprocess.DEVNULL,
+            [*before, PROGRAM, *arguments], env=self.environment | changed, cwd=self.here, stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL, start_new_session=True)
         self.addCleanup(self.end, process, signal.SIGKILL)
         return process
@@ -60,9 +65,12 @@ class Lifecycle(unittest.TestCase):
         return [json.loads(line) for line in lines if line.endswith("}")]
 
     def composed(self, query):
-        return lambda: any(r["query"] == query and r["host"] == "mail.google.com" for r in self.requests())
+        """Asked for by someone who is signed in."""
+        return lambda: any(r["query"] == query and r["host"] == "mail.google.com" and r["account"]
+                           for r in self.requests())
 
     def test_links_reach_one_instance_unchanged_and_it_ends_cleanly(self):
+        before = os.listdir(os.environ["XDG_RUNTIME_DIR"])
         first = self.start("mailto:a@b?subject=x%20y", "http://other.example/")
         wait_for(self.composed("view=cm&fs=1&to=a@b&su=x%20y"), "the link that started the program")
         second = self.start("mailto:c%40d@e/../f?subject=1%2B1")
@@ -81,6 +89,12 @@ class Lifecycle(unittest.TestCase):
 
         self.assertEqual(self.end(first, signal.SIGTERM), 0)
         wait_for(lambda: not self.session(first.pid), "the end of every process of the session")
+        with open(self.profiles, encoding="utf-8") as file:
+            active = json.load(file)["activeID"]
+        cookies = os.path.join(self.folder, b"WebsiteData", os.fsencode(active), b"cookies.sqlite")
+        with open(cookies, "rb") as file:
+            self.assertIn(b"google.com", file.read(), "the sign-in is kept where it belongs")
+        self.assertEqual(set(os.listdir(os.environ["XDG_RUNTIME_DIR"])) - set(before) - {"webkitgtk"}, set())
 
     @staticmethod
     def session(leader):
@@ -95,6 +109,19 @@ class Lifecycle(unittest.TestCase):
         process = self.start("mailto:a@b", DBUS_SESSION_BUS_ADDRESS="unix:path=/nowhere")
         wait_for(self.composed("view=cm&fs=1&to=a@b"), "the compose page")
         self.assertEqual(self.end(process, signal.SIGTERM), 0)
+
+    def test_works_where_nothing_can_be_written(self):
+        home = os.fsdecode(self.home)
+        kinds = {"full": 'mount -t tmpfs -o size=64k none "$0"',
+                 "read-only": 'mount --bind "$0" "$0" && mount -o remount,bind,ro "$0"'}
+        if subprocess.run(["unshare", "-rm", "true"], check=False).returncode != 0:
+            self.skipTest("no mounts of one's own here")
+        for kind, mount in kinds.items():
+            with self.subTest(kind):
+                process = self.start("mailto:a@b?subject=" + kind,
+                                     before=["unshare", "-rm", "sh", "-c", mount + ' && exec "$@"', home])
+                wait_for(self.composed("view=cm&fs=1&to=a@b&su=" + kind), "the compose page")
+                self.assertEqual(self.end(process, signal.SIGTERM), 0)
 
     def test_says_what_it_is_and_what_it_does_not_know(self):
         for arguments, status, text in ((["--version"], 0, "WebKitGTK"), (["--help"], 0, "--profile NAME"),

@@ -52,7 +52,7 @@ TEST(StageServer, SignInLeadsThroughTheAccountsHostAndBackForAllApplications)
 
 TEST(StageServer, ContinueStaysOnTheApplicationsHosts)
 {
-    std::string const document = "https://docs.google.com/document/create?x=1#y";
+    std::string const document = "https://docs.google.com/document/create?x=a@b#y";
     EXPECT_EQ(SignInService::checkedContinue(document), document);
     for (auto const* elsewhere : { "http://mail.google.com/x", "https://google.com.evil.example/",
              "https://evilgoogle.com/", "https://mail.google.com@evil.example/", "https://evil.example\\.google.com/",

@@ -30,8 +30,8 @@ void preferUserLanguages(WebKitWebContext* context)
 
 }
 
-WebEngine::WebEngine(Folders folders, Sandbox& sandbox, Log log, SessionSetUp setUp)
-    : m_folders(std::move(folders))
+WebEngine::WebEngine(Folders const& folders, Sandbox& sandbox, Log log, SessionSetUp setUp)
+    : m_folders { .data = m_aliases.of(folders.data), .cache = m_aliases.of(folders.cache) }
     , m_sandbox(sandbox)
     , m_log(std::move(log))
     , m_setUp(std::move(setUp))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Gtk/FolderAliases.h"
 #include "Platform/Gtk/MessageChannel.h"
 #include "Platform/Gtk/RemovedFolders.h"
 #include "Platform/Gtk/RunLoop.h"
@@ -29,7 +30,7 @@ public:
     using SessionSetUp = std::function<void(WebKitNetworkSession*)>;
 
     // The sandbox outlives the engine.
-    WebEngine(Folders, Sandbox&, Log, SessionSetUp = {});
+    WebEngine(Folders const&, Sandbox&, Log, SessionSetUp = {});
     ~WebEngine() override;
 
     std::shared_ptr<platform::WebsiteDataStore> dataStore(Uuid const&) override;
@@ -41,6 +42,7 @@ public:
 private:
     WebsiteFolders foldersOf(Uuid const&) const;
 
+    FolderAliases m_aliases;
     Folders m_folders;
     Sandbox& m_sandbox;
     Log m_log;

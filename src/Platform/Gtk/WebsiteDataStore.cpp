@@ -1,5 +1,7 @@
 #include "Platform/Gtk/WebsiteDataStore.h"
 
+#include "Support/Unicode.h"
+
 #include <glib.h>
 
 namespace tarn::gtk {
@@ -12,11 +14,15 @@ Ref<WebKitNetworkSession> makeSession(WebsiteFolders const& folders, Log const& 
         if (g_mkdir_with_parents(folder.c_str(), 0700) != 0)
             log("[Profiles] could not create the folder of a profile's website data");
     }
-    auto session = adopt(webkit_network_session_new(folders.data.c_str(), folders.cache.c_str()));
-
+    bool const readable = isUtf8(folders.data.string()) && isUtf8(folders.cache.string());
+    auto session = adopt(readable ? webkit_network_session_new(folders.data.c_str(), folders.cache.c_str())
+                                  : webkit_network_session_new_ephemeral());
     auto* const cookies = webkit_network_session_get_cookie_manager(session.get());
-    webkit_cookie_manager_set_persistent_storage(
-        cookies, (folders.data / "cookies.sqlite").c_str(), WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
+    if (readable)
+        webkit_cookie_manager_set_persistent_storage(
+            cookies, (folders.data / "cookies.sqlite").c_str(), WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
+    else
+        log("[Profiles] the engine cannot read the name of the folder: nothing of the pages is kept");
     // A profile is one sign-in for a few services that embed each other across domains (files, sign-in providers).
     // What keeps tracking apart is that profiles share nothing.
     webkit_cookie_manager_set_accept_policy(cookies, WEBKIT_COOKIE_POLICY_ACCEPT_ALWAYS);
