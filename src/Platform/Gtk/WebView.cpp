@@ -1,128 +1,17 @@
 #include "Platform/Gtk/WebView.h"
 
 #include "Platform/Gtk/Download.h"
+#include "Platform/Gtk/EngineView.h"
+#include "Platform/Gtk/NavigationTranslation.h"
 #include "Platform/Gtk/NoticeView.h"
 #include "Platform/Gtk/Sandbox.h"
 #include "Platform/Gtk/WebsiteDataStore.h"
 
-#include <gdk/gdk.h>
 #include <gtkmm/window.h>
-
-#include <algorithm>
 
 namespace tarn::gtk {
 
 namespace {
-
-Ref<WebKitSettings> makeSettings(platform::WebViewConfiguration const& configuration)
-{
-    auto settings = adopt(webkit_settings_new());
-    webkit_settings_set_javascript_can_open_windows_automatically(
-        settings.get(), configuration.javaScriptCanOpenWindowsAutomatically);
-    webkit_settings_set_enable_fullscreen(settings.get(), configuration.elementFullscreenEnabled);
-    webkit_settings_set_enable_back_forward_navigation_gestures(
-        settings.get(), configuration.allowsBackForwardNavigationGestures);
-    return settings;
-}
-
-void carryOut(platform::NavigationPolicy policy, WebKitPolicyDecision* decision)
-{
-    switch (policy) {
-    case platform::NavigationPolicy::cancel:
-        webkit_policy_decision_ignore(decision);
-        break;
-    case platform::NavigationPolicy::allow:
-        webkit_policy_decision_use(decision);
-        break;
-    case platform::NavigationPolicy::download:
-        webkit_policy_decision_download(decision);
-        break;
-    }
-}
-
-WebKitUserScript* makeUserScript(platform::UserScript const& script)
-{
-    return webkit_user_script_new(script.source.c_str(),
-        script.frames == platform::InjectedFrames::allFrames ? WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES
-                                                             : WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-        script.injectionTime == platform::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
-                                                                       : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
-        nullptr, nullptr);
-}
-
-// Everything of the opener's goes over to the new view but the settings.
-Ref<WebKitWebView> makeRelatedView(WebKitWebView* opener)
-{
-    return sink(WEBKIT_WEB_VIEW(g_object_new(
-        WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings", webkit_web_view_get_settings(opener), nullptr)));
-}
-
-Ref<WebKitWebView> makeView(
-    platform::WebViewConfiguration const& configuration, WebKitWebContext* context, MessageChannel const& channel)
-{
-    if (configuration.opener)
-        return makeRelatedView(static_cast<WebView*>(configuration.opener)->engineView());
-    auto const contentManager
-        = channel.contentManagerWithScripts({ ClickWatch::script(), ScriptMessages::relayScript() });
-    auto const add = [&](platform::UserScript const& script) {
-        auto* const userScript = makeUserScript(script);
-        webkit_user_content_manager_add_script(contentManager.get(), userScript);
-        webkit_user_script_unref(userScript);
-    };
-    auto const& content = configuration.userContentController;
-    if (auto handlers = ScriptMessages::handlersScript(content.messageHandlers); !handlers.empty())
-        add({ .source = std::move(handlers) });
-    std::ranges::for_each(content.userScripts, add);
-    auto const settings = makeSettings(configuration);
-    auto const& store = static_cast<WebsiteDataStore const&>(*configuration.dataStore);
-    return sink(WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context, "network-session",
-        store.session(), "user-content-manager", contentManager.get(), "settings", settings.get(), nullptr)));
-}
-
-platform::NavigationAction translate(WebKitNavigationAction* action)
-{
-    platform::NavigationAction result;
-    if (auto const* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)))
-        result.url = uri;
-    if (webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED)
-        result.type = platform::NavigationType::linkActivated;
-    result.commandKey = (webkit_navigation_action_get_modifiers(action) & GDK_CONTROL_MASK) != 0;
-    result.userGesture = webkit_navigation_action_is_user_gesture(action);
-    switch (webkit_navigation_action_get_mouse_button(action)) {
-    case GDK_BUTTON_PRIMARY:
-        result.button = platform::MouseButton::primary;
-        break;
-    case GDK_BUTTON_MIDDLE:
-        result.button = platform::MouseButton::middle;
-        break;
-    case GDK_BUTTON_SECONDARY:
-        result.button = platform::MouseButton::secondary;
-        break;
-    default:
-        break;
-    }
-    return result;
-}
-
-platform::LoadFailure::Kind kindOf(GError const* error)
-{
-    using Kind = platform::LoadFailure::Kind;
-    if (error->domain == G_RESOLVER_ERROR)
-        return Kind::nameNotFound;
-    // A connection that breaks while it is made says nothing of the server.
-    if (g_error_matches(error, G_TLS_ERROR, G_TLS_ERROR_EOF) || g_error_matches(error, G_TLS_ERROR, G_TLS_ERROR_MISC))
-        return Kind::cannotConnect;
-    if (error->domain == G_TLS_ERROR)
-        return Kind::notSecure;
-    if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT))
-        return Kind::timedOut;
-    for (int const code : { G_IO_ERROR_CONNECTION_REFUSED, G_IO_ERROR_HOST_UNREACHABLE, G_IO_ERROR_NETWORK_UNREACHABLE,
-             G_IO_ERROR_HOST_NOT_FOUND, G_IO_ERROR_CONNECTION_CLOSED, G_IO_ERROR_PROXY_FAILED }) {
-        if (g_error_matches(error, G_IO_ERROR, code))
-            return Kind::cannotConnect;
-    }
-    return Kind::other;
-}
 
 bool isChannelAddress(std::string const& url)
 {
@@ -136,7 +25,7 @@ WebView::WebView(platform::WebViewConfiguration const& configuration, WebKitWebC
     : m_configuration(configuration)
     , m_channel(channel)
     , m_sandbox(sandbox)
-    , m_view(makeView(configuration, context, channel))
+    , m_view(makeEngineView(configuration, context, channel))
     , m_messages(*this, m_view.get(), configuration.userContentController.messageHandlers)
     , m_dialogs(*this, m_view.get())
     , m_find(m_view.get())
@@ -379,16 +268,7 @@ gboolean WebView::decideResponse(WebKitResponsePolicyDecision* decision)
 {
     if (!m_navigationDelegate)
         return FALSE;
-    auto* const response = webkit_response_policy_decision_get_response(decision);
-    platform::NavigationResponse translated {
-        .url = webkit_uri_response_get_uri(response),
-        .canShowMimeType = static_cast<bool>(webkit_response_policy_decision_is_mime_type_supported(decision)),
-    };
-    auto* const headers = webkit_uri_response_get_http_headers(response);
-    if (auto const* const disposition
-        = headers ? soup_message_headers_get_one(headers, "Content-Disposition") : nullptr)
-        translated.contentDisposition = disposition;
-    carryOut(m_navigationDelegate->decidePolicy(*this, translated), WEBKIT_POLICY_DECISION(decision));
+    carryOut(m_navigationDelegate->decidePolicy(*this, translate(decision)), WEBKIT_POLICY_DECISION(decision));
     return TRUE;
 }
 
