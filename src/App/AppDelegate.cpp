@@ -63,6 +63,7 @@ void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
     m_defaultEmailApp.onChange = [this] { m_menuBar->revalidate(); };
     m_mainWindow->setOnManageProfiles([this] { settingsController().show(SettingsModel::Tab::profiles); });
     m_mainWindow->sidebar().onSettings = [this] { settingsController().show(); };
+    m_environment.powerMonitor.setOnResume([this] { m_mainWindow->computerDidWake(); });
     if (m_notifications)
         m_notifications->askOnFirstLaunch();
     if (request.window == LaunchRequest::Window::show)
@@ -134,6 +135,7 @@ void AppDelegate::applicationWillTerminate()
 {
     if (!m_mainWindow)
         return;
+    m_environment.powerMonitor.setOnResume(nullptr);
     m_mainWindow->prepareToTerminate();
     m_menuBar->setReceivers({});
     m_settings.reset();

@@ -5,6 +5,7 @@
 #include "Platform/Activation.h"
 #include "Platform/LoginItem.h"
 #include "Platform/NotificationCenter.h"
+#include "Platform/PowerMonitor.h"
 #include "Profiles/ProfileStore.h"
 
 #include <filesystem>
@@ -24,6 +25,7 @@ struct AppEnvironment {
     platform::DockTile& dockTile;
     platform::Panels& panels;
     platform::NetworkMonitor& networkMonitor;
+    platform::PowerMonitor& powerMonitor;
     platform::LoginItem& loginItem;
     platform::UserDefaults& defaults;
     platform::RunLoop& runLoop;

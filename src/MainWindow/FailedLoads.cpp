@@ -8,7 +8,7 @@ FailedLoads::FailedLoads(platform::NetworkMonitor& monitor, platform::RunLoop& r
     : m_monitor(monitor)
     , m_runLoop(runLoop)
 {
-    m_monitor.setOnChange([this] { networkChanged(); });
+    m_monitor.setOnChange([this] { retrySoon(); });
 }
 
 FailedLoads::~FailedLoads()
@@ -52,7 +52,7 @@ std::string FailedLoads::words(platform::LoadFailure const& failure) const
     return failure.reason;
 }
 
-void FailedLoads::networkChanged()
+void FailedLoads::retrySoon()
 {
     m_timer = m_runLoop.after(settlingTime, [this] { loadAgain(); });
 }
@@ -66,6 +66,8 @@ void FailedLoads::loadAgain()
         if (auto* const view = failed.view.lock().get())
             load(*view, failed.url);
     }
+    if (onRetry)
+        onRetry();
 }
 
 void FailedLoads::load(platform::WebView& view, std::optional<Url> const& url)

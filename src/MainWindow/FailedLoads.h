@@ -10,7 +10,8 @@
 
 namespace tarn {
 
-// Says in plain words why a page did not come, and loads it again when the network has come back.
+// Says in plain words why a page did not come, and loads it again when the network has come back or the computer has
+// woken up.
 class FailedLoads {
 public:
     // One event of the network is told several times, and names are not found at once after it.
@@ -24,6 +25,11 @@ public:
     void didFail(platform::WebView&, platform::LoadFailure const&);
     // A page has come after all.
     void didCommit(platform::WebView& view) { m_failed.erase(&view); }
+    // Something has changed that pages may have failed for.
+    void retrySoon();
+
+    // Set by the owner: called with each such attempt.
+    std::function<void()> onRetry;
 
 private:
     struct Failed {
@@ -32,7 +38,6 @@ private:
     };
 
     std::string words(platform::LoadFailure const&) const;
-    void networkChanged();
     void loadAgain();
     static void load(platform::WebView&, std::optional<Url> const&);
 

@@ -23,6 +23,7 @@ constexpr platform::WindowFrame defaultFrame { .width = 1300, .height = 900, .ma
 constexpr int minimumWidth = 700;
 constexpr int minimumHeight = 500;
 constexpr int sidebarWidth = 60;
+constexpr char const* title = "Tarn";
 constexpr char const* frameAutosaveName = "TarnMainWindow";
 
 std::optional<GoogleApp> appForTag(int tag)
@@ -82,6 +83,8 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
         auto* const popup = m_poolProfileID ? openPopup(configuration, *m_poolProfileID) : nullptr;
         return popup ? &popup->webView() : nullptr;
     };
+    m_unread.onTitlePrefix = [this](std::string const& prefix) { m_window->setTitle(prefix + title); };
+    m_failedLoads.onRetry = [this] { m_session.retry(m_window->isVisible() ? currentView() : nullptr); };
     m_linkQuestion.onNewWindow = [this](Url const& url) { openWindow(url); };
     m_linkQuestion.onDefaultBrowser = [this](Url const& url) { m_environment.workspace.open(url); };
     m_downloads.sheetWindow = [this] { return platform::SheetParent(m_window.get()); };
@@ -107,7 +110,7 @@ void MainWindowController::makeWindow()
 {
     m_window = m_environment.windows.makeMainWindow(
         {
-            .title = "Tarn",
+            .title = title,
             .frame = m_frame.restore(defaultFrame, minimumWidth, minimumHeight),
             .minimumWidth = minimumWidth,
             .minimumHeight = minimumHeight,
@@ -274,10 +277,10 @@ WebView* MainWindowController::currentView() const
     return view == m_pool->views().end() ? nullptr : view->second.get();
 }
 
-void MainWindowController::reloadOtherApps(WebView const& except)
+void MainWindowController::reloadApps(std::function<bool(WebView const&)> const& isWanted)
 {
     for (auto const& [app, view] : m_pool->views()) {
-        if (view.get() != &except)
+        if (isWanted(*view))
             view->load({ .url = app.url() });
     }
 }

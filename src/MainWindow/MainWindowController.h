@@ -75,6 +75,7 @@ public:
     // the store refuses. The completion gets the reason why data was left on disk, or nothing.
     void deleteProfile(Uuid const&, std::function<void(std::optional<std::string>)> completion);
     void openGmailNotificationSettings();
+    void computerDidWake() { m_failedLoads.retrySoon(); }
     // Saves what waits to be saved.
     void prepareToTerminate() { m_frame.flush(); }
 
@@ -97,7 +98,7 @@ private:
     PopupWindowController* openPopup(platform::WebViewConfiguration const&, Uuid const& profile);
 
     std::chrono::steady_clock::time_point now() const override { return m_environment.runLoop.now(); }
-    void reloadOtherApps(platform::WebView const& except) override;
+    void reloadApps(std::function<bool(platform::WebView const&)> const& isWanted) override;
 
     ProfileStore& m_profiles;
     Environment m_environment;

@@ -28,7 +28,15 @@ void SessionRefresher::didFinish(platform::WebView const& view)
     if (m_lastSync && now - *m_lastSync <= interval)
         return;
     m_lastSync = now;
-    m_host.reloadOtherApps(view);
+    m_host.reloadApps([&](platform::WebView const& other) { return &other != &view; });
+}
+
+void SessionRefresher::retry(platform::WebView const* onScreen) const
+{
+    m_host.reloadApps([onScreen](platform::WebView const& view) {
+        auto const url = view.url();
+        return &view != onScreen && url && url->host() == LinkPolicy::accountsHost;
+    });
 }
 
 }

@@ -3,6 +3,7 @@
 #include "Platform/WebView.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <set>
 
@@ -18,7 +19,8 @@ public:
     class Host {
     public:
         virtual std::chrono::steady_clock::time_point now() const = 0;
-        virtual void reloadOtherApps(platform::WebView const& except) = 0;
+        // Loads the home of each app whose view is wanted.
+        virtual void reloadApps(std::function<bool(platform::WebView const&)> const& isWanted) = 0;
 
     protected:
         ~Host() = default;
@@ -31,6 +33,9 @@ public:
 
     void didCommit(platform::WebView const&);
     void didFinish(platform::WebView const&);
+    // Pages may come now that did not: apps that were sent to sign in while nobody looked begin again. The page on the
+    // screen, if any, stays: the user may be typing there.
+    void retry(platform::WebView const* onScreen) const;
     // The views are gone.
     void forgetViews() { m_signingIn.clear(); }
 

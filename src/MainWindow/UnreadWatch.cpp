@@ -8,6 +8,12 @@ UnreadWatch::UnreadWatch(platform::DockTile& dockTile, SidebarView& sidebar)
     : m_dockTile(dockTile)
     , m_sidebar(sidebar)
 {
+    m_dockTile.setOnShownChange([this] { showInTitle(); });
+}
+
+UnreadWatch::~UnreadWatch()
+{
+    m_dockTile.setOnShownChange(nullptr);
 }
 
 void UnreadWatch::watch(platform::WebView& view)
@@ -24,8 +30,16 @@ void UnreadWatch::clear()
 
 void UnreadWatch::show(std::int64_t count)
 {
+    m_count = count;
     m_dockTile.setBadge(count > 0 ? std::optional(count) : std::nullopt);
     m_sidebar.setUnread(count > 0);
+    showInTitle();
+}
+
+void UnreadWatch::showInTitle() const
+{
+    if (onTitlePrefix)
+        onTitlePrefix(m_count > 0 && !m_dockTile.isShown() ? "(" + std::to_string(m_count) + ") " : "");
 }
 
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 namespace tarn::platform {
@@ -17,6 +18,10 @@ struct DockProgressBar {
 class DockTile {
 public:
     virtual ~DockTile() = default;
+
+    // Whether there is a dock that shows what it is told here.
+    virtual bool isShown() const = 0;
+    virtual void setOnShownChange(std::function<void()>) = 0;
 
     // The number on the entry, greater than 0; nothing removes it.
     virtual void setBadge(std::optional<std::int64_t>) = 0;

@@ -36,6 +36,8 @@ public:
     virtual void setContent(WebView*) = 0;
     // Typing goes to the view from now on.
     virtual void focus(WebView&) = 0;
+    // As task bars and switchers of windows show it. Any text.
+    virtual void setTitle(std::string const&) = 0;
 
     virtual void setOnFrameChange(std::function<void(WindowFrame)>) = 0;
 };

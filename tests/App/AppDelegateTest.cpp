@@ -24,6 +24,7 @@ protected:
     test::FakeDockTile dockTile;
     test::FakePanels panels;
     test::FakeNetworkMonitor networkMonitor;
+    test::FakePowerMonitor powerMonitor;
     test::FakeLoginItem loginItem;
     test::FakeUserDefaults defaults;
     test::FakeActivation activation;
@@ -38,6 +39,7 @@ protected:
         .dockTile = dockTile,
         .panels = panels,
         .networkMonitor = networkMonitor,
+        .powerMonitor = powerMonitor,
         .loginItem = loginItem,
         .defaults = defaults,
         .runLoop = runLoop,
@@ -118,6 +120,29 @@ TEST_F(AppDelegateTest, EachMailtoLinkOpensAComposeWindowAlsoWhenItComesTooEarly
     EXPECT_THAT(
         shown(), testing::ElementsAre(testing::_, testing::_, compose, "https://docs.google.com/spreadsheets/create"));
     EXPECT_FALSE(windows.main.visible);
+}
+
+TEST_F(AppDelegateTest, AfterSleepOnlyWhatFailedOrWasSignedOutLoadsAgain)
+{
+    delegate->applicationDidFinishLaunching();
+    for (auto const app : { GoogleApp::keep, GoogleApp::drive, GoogleApp::calendar, GoogleApp::mail })
+        delegate->mainWindow().show(app);
+    auto const [mail, keep, drive, calendar]
+        = std::tie(engine.views[0], engine.views[1], engine.views[2], engine.views[3]);
+    auto const signIn = "https://accounts.google.com/ServiceLogin";
+    mail->visit(signIn);
+    keep->visit(signIn);
+    drive->visit("https://drive.google.com/");
+    calendar->navigationDelegate->didFail(*calendar, { .url = "https://calendar.google.com/x" });
+    for (auto* const view : engine.views)
+        view->events.clear();
+
+    powerMonitor.onResume();
+    runLoop.advance(FailedLoads::settlingTime);
+    EXPECT_THAT(calendar->events, testing::ElementsAre("load https://calendar.google.com/x"));
+    EXPECT_THAT(keep->events, testing::ElementsAre("load https://keep.google.com/"));
+    EXPECT_THAT(drive->events, testing::IsEmpty());
+    EXPECT_THAT(mail->events, testing::IsEmpty()) << "the user may be typing a password there";
 }
 
 TEST_F(AppDelegateTest, BecomesTheDefaultEmailAppOrSaysWhyNot)

@@ -4,6 +4,7 @@
 #include "Platform/DockTile.h"
 #include "Platform/LoginItem.h"
 #include "Platform/NetworkMonitor.h"
+#include "Platform/PowerMonitor.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/WebView.h"
 #include "Platform/Workspace.h"
@@ -45,10 +46,13 @@ public:
 
 class FakeDockTile final : public platform::DockTile {
 public:
+    bool isShown() const override { return shown; }
+    void setOnShownChange(std::function<void()> callback) override { onShownChange = std::move(callback); }
     void setBadge(std::optional<std::int64_t> count) override { badge = count; }
+    void setProgress(std::optional<platform::DockProgressBar> bar) override { progress.push_back(bar); }
 
-    void setProgress(std::optional<platform::DockProgressBar> shown) override { progress.push_back(shown); }
-
+    bool shown { true };
+    std::function<void()> onShownChange;
     std::optional<std::int64_t> badge;
     // All that was shown, one after the other.
     std::vector<std::optional<platform::DockProgressBar>> progress;
@@ -76,6 +80,7 @@ struct WindowState {
     platform::WebView* content { nullptr };
     platform::WebView* focused { nullptr };
     int presented { 0 };
+    std::string title;
     std::function<void(platform::WindowFrame)> onFrameChange;
     MainWindowAppearance appearance;
 };
@@ -95,6 +100,7 @@ public:
     bool isVisible() const override { return m_state.visible; }
     void setContent(platform::WebView* view) override { m_state.content = view; }
     void focus(platform::WebView& view) override { m_state.focused = &view; }
+    void setTitle(std::string const& title) override { m_state.title = title; }
     void setOnFrameChange(std::function<void(platform::WindowFrame)> callback) override
     {
         m_state.onFrameChange = std::move(callback);
@@ -133,6 +139,13 @@ public:
     bool enabled { false };
     // Set: nothing can be changed, for this reason.
     std::optional<std::string> error;
+};
+
+class FakePowerMonitor final : public platform::PowerMonitor {
+public:
+    void setOnResume(std::function<void()> callback) override { onResume = std::move(callback); }
+
+    std::function<void()> onResume;
 };
 
 struct PopupState {

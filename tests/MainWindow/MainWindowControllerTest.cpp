@@ -158,7 +158,12 @@ TEST_F(MainWindowControllerTest, TheMailTitleIsTheUnreadCount)
     controller.show(GoogleApp::calendar);
     view(GoogleApp::calendar).setTitle("Week (9)");
     EXPECT_EQ(dockTile.badge, 1234);
+    EXPECT_EQ(windows.main.title, "Tarn") << "the dock shows it";
+    dockTile.shown = false;
+    dockTile.onShownChange();
+    EXPECT_EQ(windows.main.title, "(1234) Tarn");
     mail.setTitle("Inbox - someone@example.com - Mail");
+    EXPECT_EQ(windows.main.title, "Tarn");
     EXPECT_EQ(dockTile.badge, std::nullopt);
     EXPECT_FALSE(controller.sidebar().appButtons()[0].showsDot);
 }

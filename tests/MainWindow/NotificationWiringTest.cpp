@@ -49,6 +49,7 @@ protected:
     test::FakeDockTile dockTile;
     test::FakePanels panels;
     test::FakeNetworkMonitor networkMonitor;
+    test::FakePowerMonitor powerMonitor;
     test::FakeLoginItem loginItem;
     test::FakeUserDefaults defaults;
     test::FakeActivation activation;
@@ -64,6 +65,7 @@ protected:
         .dockTile = dockTile,
         .panels = panels,
         .networkMonitor = networkMonitor,
+        .powerMonitor = powerMonitor,
         .loginItem = loginItem,
         .defaults = defaults,
         .runLoop = runLoop,

@@ -35,7 +35,7 @@ protected:
         navigation.onAsk = [this](Url const& url) { asked.push_back(url.string()); };
     }
     std::chrono::steady_clock::time_point now() const override { return runLoop.now(); }
-    void reloadOtherApps(platform::WebView const&) override { }
+    void reloadApps(std::function<bool(platform::WebView const&)> const&) override { }
 
     test::ManualRunLoop runLoop;
     test::FakeWorkspace workspace;

@@ -86,6 +86,7 @@ void WebTest::launch(gtk::Sandbox& pageSandbox)
         .dockTile = dockTile,
         .panels = *desktopPanels,
         .networkMonitor = networkMonitor,
+        .powerMonitor = powerMonitor,
         .loginItem = loginItem,
         .defaults = defaults,
         .runLoop = runLoop,

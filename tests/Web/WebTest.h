@@ -75,6 +75,7 @@ protected:
     // What the next launch uses.
     platform::Panels* desktopPanels { &panels };
     FakeNetworkMonitor networkMonitor;
+    FakePowerMonitor powerMonitor;
     FakeLoginItem loginItem;
     gtk::Pictures pictures;
     FakeUserDefaults defaults;

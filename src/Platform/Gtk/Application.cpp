@@ -12,7 +12,9 @@
 #include "Platform/Gtk/Panels.h"
 #include "Platform/Gtk/Pictures.h"
 #include "Platform/Gtk/PopupWindow.h"
+#include "Platform/Gtk/PowerMonitor.h"
 #include "Platform/Gtk/RunLoop.h"
+#include "Platform/Gtk/SessionClient.h"
 #include "Platform/Gtk/SettingsWindow.h"
 #include "Platform/Gtk/Updater.h"
 #include "Platform/Gtk/UserDefaults.h"
@@ -41,6 +43,12 @@ std::filesystem::path userDownloads()
     auto const* const folder = g_get_user_special_dir(G_USER_DIRECTORY_DOWNLOAD);
     return folder ? folder : g_get_home_dir();
 }
+
+GDBusConnection* busOf(Application& application)
+{
+    return g_application_get_dbus_connection(G_APPLICATION(application.gobj()));
+}
+
 constexpr char const* launchAction = "launch";
 
 UpdaterManager::Configuration updateConfiguration()
@@ -64,7 +72,8 @@ struct Application::Ports {
         , workspace(options.applicationId, runLoop, logToSystem)
         , dockTile(application.get_dbus_connection(), options.applicationId)
         , loginItem(g_getenv("FLATPAK_ID") ? LoginItem::Road::portal : LoginItem::Road::autostartFolder,
-              options.applicationId, options.configuration, defaults, runLoop, application.get_dbus_connection())
+              options.applicationId, options.configuration, defaults, runLoop, busOf(application))
+        , session(busOf(application), options.applicationId, [&application] { application.terminate(); })
         , activation(application)
         , notificationCenter(application.get_dbus_connection(), options.applicationId)
         , engine(
@@ -81,6 +90,8 @@ struct Application::Ports {
     Workspace workspace;
     DockTile dockTile;
     LoginItem loginItem;
+    PowerMonitor powerMonitor;
+    SessionClient session;
     Panels panels;
     NetworkMonitor networkMonitor;
     Pictures pictures;
@@ -144,6 +155,7 @@ void Application::on_startup()
         .dockTile = m_ports->dockTile,
         .panels = m_ports->panels,
         .networkMonitor = m_ports->networkMonitor,
+        .powerMonitor = m_ports->powerMonitor,
         .loginItem = m_ports->loginItem,
         .defaults = m_ports->defaults,
         .runLoop = m_ports->runLoop,

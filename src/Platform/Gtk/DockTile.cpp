@@ -14,15 +14,26 @@ DockTile::DockTile(Glib::RefPtr<Gio::DBus::Connection> bus, std::string applicat
 {
     if (!m_bus)
         return;
-    // A dock that starts later, or again, knows nothing yet.
+    // Docks of all makers take this name.
     m_watch = Gio::DBus::watch_name(
-        m_bus, "com.canonical.Unity", [this](auto const&, auto const&, auto const&) { send(); });
+        m_bus, "com.canonical.Unity", [this](auto const&, auto const&, auto const&) { dockChanged(true); },
+        [this](auto const&, auto const&) { dockChanged(false); });
 }
 
 DockTile::~DockTile()
 {
     if (m_watch)
         Gio::DBus::unwatch_name(m_watch);
+}
+
+void DockTile::dockChanged(bool isThere)
+{
+    m_isShown = isThere;
+    // A dock that starts later, or again, knows nothing yet.
+    if (isThere)
+        send();
+    if (m_onShownChange)
+        m_onShownChange();
 }
 
 void DockTile::setBadge(std::optional<std::int64_t> badge)

@@ -7,9 +7,8 @@
 #include <glibmm/keyfile.h>
 
 #include <algorithm>
-#include <map>
-#include <memory>
-#include <vector>
+#include <array>
+#include <string_view>
 
 namespace tarn::gtk {
 
@@ -47,25 +46,23 @@ std::string programCommand(std::string const& desktopFile)
     return quoted(std::filesystem::read_symlink("/proc/self/exe", error).string());
 }
 
-using Options = std::map<Glib::ustring, Glib::VariantBase>;
-
 }
 
 LoginItem::LoginItem(Road road, std::string applicationId, std::filesystem::path const& configuration,
-    platform::UserDefaults& defaults, RunLoop& runLoop, Glib::RefPtr<Gio::DBus::Connection> bus)
+    platform::UserDefaults& defaults, RunLoop& runLoop, GDBusConnection* bus)
     : m_road(road)
     , m_applicationId(std::move(applicationId))
     , m_file(configuration / "autostart" / (m_applicationId + ".desktop"))
     , m_defaults(defaults)
     , m_runLoop(runLoop)
-    , m_bus(std::move(bus))
+    , m_bus(bus ? share(bus) : Ref<GDBusConnection>())
+    , m_asking(adopt(g_cancellable_new()))
 {
 }
 
 LoginItem::~LoginItem()
 {
-    if (m_subscription)
-        m_bus->signal_unsubscribe(m_subscription);
+    g_cancellable_cancel(m_asking.get());
 }
 
 bool LoginItem::isEnabled() const
@@ -126,60 +123,60 @@ LoginItem::Problem LoginItem::remove() const
 
 void LoginItem::askPortal(bool enabled)
 {
-    if (m_subscription)
-        m_bus->signal_unsubscribe(std::exchange(m_subscription, 0));
+    g_cancellable_cancel(m_asking.get());
+    m_asking = adopt(g_cancellable_new());
     if (!m_bus) {
         m_runLoop.post(m_lifetime.guard([this] { finish("There is no desktop to ask."); }));
         return;
     }
     // The answer may be there before that of the call: where it comes from is known beforehand.
     auto const token = "tarn_login_" + std::to_string(++m_requests);
-    std::string sender = m_bus->get_unique_name().substr(1);
+    std::string sender = g_dbus_connection_get_unique_name(m_bus.get()) + 1;
     std::ranges::replace(sender, '.', '_');
-    m_subscription
-        = m_bus->signal_subscribe([this, enabled](auto const&, auto const&, auto const&, auto const&, auto const&,
-                                      Glib::VariantContainerBase const& answer) { portalAnswered(enabled, answer); },
-            portalName, "org.freedesktop.portal.Request", "Response",
-            std::string(portalPath) + "/request/" + sender + "/" + token);
+    auto const request = std::string(portalPath) + "/request/" + sender + "/" + token;
+    m_answer = BusSignal(m_bus.get(),
+        {
+            .service = portalName,
+            .path = request.c_str(),
+            .interface = "org.freedesktop.portal.Request",
+            .name = "Response",
+            .type = "(ua{sv})",
+        },
+        [this, enabled](GVariant* answer) { portalAnswered(enabled, answer); });
 
-    Options const options {
-        { "handle_token", Glib::Variant<Glib::ustring>::create(token) },
-        { "reason", Glib::Variant<Glib::ustring>::create("Tarn tells you about new mail.") },
-        { "autostart", Glib::Variant<bool>::create(enabled) },
-        { "commandline", Glib::Variant<std::vector<Glib::ustring>>::create({ "tarn", "--hidden" }) },
-    };
-    std::function<void(Glib::RefPtr<Gio::AsyncResult>&)> const asked
-        = m_lifetime.guard([this, request = m_requests](Glib::RefPtr<Gio::AsyncResult>& result) {
-              try {
-                  m_bus->call_finish(result);
-              } catch (Glib::Error const& error) {
-                  if (request == m_requests)
-                      finish(error.what());
-              }
-          });
-    m_bus->call(portalPath, "org.freedesktop.portal.Background", "RequestBackground",
-        Glib::VariantContainerBase::create_tuple(std::vector<Glib::VariantBase> {
-            Glib::Variant<Glib::ustring>::create(""), Glib::Variant<Options>::create(options) }),
-        asked, portalName);
+    std::array<char const*, 3> const command { "tarn", "--hidden", nullptr };
+    GVariantBuilder options;
+    g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&options, "{sv}", "handle_token", g_variant_new_string(token.c_str()));
+    g_variant_builder_add(&options, "{sv}", "reason", g_variant_new_string("Tarn tells you about new mail."));
+    g_variant_builder_add(&options, "{sv}", "autostart", g_variant_new_boolean(enabled));
+    g_variant_builder_add(&options, "{sv}", "commandline", g_variant_new_strv(command.data(), -1));
+    g_dbus_connection_call(
+        m_bus.get(), portalName, portalPath, "org.freedesktop.portal.Background", "RequestBackground",
+        g_variant_new("(sa{sv})", "", &options), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, m_asking.get(),
+        [](GObject* bus, GAsyncResult* result, gpointer self) {
+            GError* error = nullptr;
+            if (auto* const handle = g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, &error)) {
+                g_variant_unref(handle);
+                return;
+            }
+            if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
+                static_cast<LoginItem*>(self)->finish("The desktop could not be asked: " + std::string(error->message));
+            g_error_free(error);
+        },
+        this);
 }
 
-void LoginItem::portalAnswered(bool enabled, Glib::VariantContainerBase const& answer)
+void LoginItem::portalAnswered(bool enabled, GVariant* answer)
 {
-    if (m_subscription)
-        m_bus->signal_unsubscribe(std::exchange(m_subscription, 0));
-    if (!answer.is_of_type(Glib::VariantType("(ua{sv})"))) {
-        finish("Your desktop gave an answer that makes no sense.");
-        return;
-    }
-    Glib::Variant<guint32> response;
-    Glib::Variant<Options> results;
-    answer.get_child(response, 0);
-    answer.get_child(results, 1);
-    bool granted = enabled;
-    if (auto const entry = results.get().find("autostart");
-        entry != results.get().end() && entry->second.is_of_type(Glib::VARIANT_TYPE_BOOL))
-        granted = Glib::VariantBase::cast_dynamic<Glib::Variant<bool>>(entry->second).get();
-    if (response.get() != 0 || granted != enabled) {
+    m_answer = {};
+    guint32 response = 0;
+    GVariant* results = nullptr;
+    g_variant_get(answer, "(u@a{sv})", &response, &results);
+    gboolean granted = enabled;
+    g_variant_lookup(results, "autostart", "b", &granted);
+    g_variant_unref(results);
+    if (response != 0 || (granted != FALSE) != enabled) {
         finish("Your desktop did not allow it. Its settings say which applications may run in the background.");
         return;
     }

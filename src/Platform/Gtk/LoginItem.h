@@ -1,11 +1,10 @@
 #pragma once
 
+#include "Platform/Gtk/BusSignal.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/LoginItem.h"
 #include "Platform/UserDefaults.h"
 #include "Support/Lifetime.h"
-
-#include <giomm/dbusconnection.h>
 
 #include <filesystem>
 
@@ -17,9 +16,9 @@ class LoginItem final : public platform::LoginItem {
 public:
     enum class Road { autostartFolder, portal };
 
-    // The folder is the user's for configuration. The defaults and the run loop outlive this.
+    // The folder is the user's for configuration. The defaults and the run loop outlive this; the bus may be none.
     LoginItem(Road, std::string applicationId, std::filesystem::path const& configuration, platform::UserDefaults&,
-        RunLoop&, Glib::RefPtr<Gio::DBus::Connection>);
+        RunLoop&, GDBusConnection*);
     ~LoginItem() override;
 
     bool isEnabled() const override;
@@ -31,7 +30,7 @@ private:
     Problem write() const;
     Problem remove() const;
     void askPortal(bool enabled);
-    void portalAnswered(bool enabled, Glib::VariantContainerBase const&);
+    void portalAnswered(bool enabled, GVariant* answer);
     void finish(Problem const&);
 
     Road m_road;
@@ -39,9 +38,10 @@ private:
     std::filesystem::path m_file;
     platform::UserDefaults& m_defaults;
     RunLoop& m_runLoop;
-    Glib::RefPtr<Gio::DBus::Connection> m_bus;
+    Ref<GDBusConnection> m_bus;
+    Ref<GCancellable> m_asking;
+    BusSignal m_answer;
     std::optional<Reply<Problem>> m_reply;
-    unsigned m_subscription { 0 };
     unsigned m_requests { 0 };
     Lifetime m_lifetime;
 };

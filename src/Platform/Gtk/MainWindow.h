@@ -25,6 +25,7 @@ public:
     bool isVisible() const override { return m_window.is_visible(); }
     void setContent(platform::WebView*) override;
     void focus(platform::WebView&) override;
+    void setTitle(std::string const& title) override { m_window.set_title(title); }
     void setOnFrameChange(std::function<void(platform::WindowFrame)> onFrameChange) override
     {
         m_onFrameChange = std::move(onFrameChange);
