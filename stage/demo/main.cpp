@@ -47,9 +47,9 @@ tarn::stage::StageOptions stageOptions()
     return options;
 }
 
-void leadTo(tarn::stage::StageServer const& stage, WebKitNetworkSession* session)
+void leadTo(std::string const& proxyUri, WebKitNetworkSession* session)
 {
-    auto* const proxy = webkit_network_proxy_settings_new(stage.proxyUri().c_str(), nullptr);
+    auto* const proxy = webkit_network_proxy_settings_new(proxyUri.c_str(), nullptr);
     webkit_network_session_set_proxy_settings(session, WEBKIT_NETWORK_PROXY_MODE_CUSTOM, proxy);
     webkit_network_proxy_settings_free(proxy);
     // The stage's certificate is made anew at each start.
@@ -66,8 +66,13 @@ int main(int argc, char* argv[])
     g_set_application_name("Tarn");
     Glib::init();
     try {
-        tarn::stage::StageServer const stage(tarn::stage::StageServer::defaultServices(), stageOptions());
-        options.sessionSetUp = [&stage](WebKitNetworkSession* session) { leadTo(stage, session); };
+        // Services that run elsewhere are not part of what is measured.
+        auto const* const elsewhere = std::getenv("TARN_STAGE_PROXY");
+        std::optional<tarn::stage::StageServer> stage;
+        if (!elsewhere)
+            stage.emplace(tarn::stage::StageServer::defaultServices(), stageOptions());
+        auto const proxyUri = elsewhere ? elsewhere : stage->proxyUri();
+        options.sessionSetUp = [proxyUri](WebKitNetworkSession* session) { leadTo(proxyUri, session); };
         auto const application = Glib::make_refptr_for_instance(new tarn::gtk::Application(options));
         return application->run(argc, argv);
     } catch (std::exception const& error) {

@@ -1,5 +1,7 @@
 #include "Platform/Gtk/NotificationDaemon.h"
 
+#include "Support/Cases.h"
+
 #include <gio/gio.h>
 
 #include <chrono>
@@ -99,17 +101,8 @@ void NotificationDaemon::appeared()
             if (generation != m_generation)
                 return;
             // One that does not say is asked nothing special; escaped text is at worst ugly.
-            Capabilities capabilities { .actions = !reply, .bodyMarkup = !reply };
-            if (reply) {
-                Variant const list(g_variant_get_child_value(reply, 0), &g_variant_unref);
-                for (gsize i = 0; i < g_variant_n_children(list.get()); ++i) {
-                    char const* name = nullptr;
-                    g_variant_get_child(list.get(), i, "&s", &name);
-                    capabilities.actions |= std::string_view(name) == "actions";
-                    capabilities.bodyMarkup |= std::string_view(name) == "body-markup";
-                }
-            }
-            m_capabilities = capabilities;
+            m_capabilities = reply ? NotificationReplies::capabilities(reply)
+                                   : NotificationReplies::Capabilities { .actions = true, .bodyMarkup = true };
             for (auto const& waiting : std::exchange(m_waitingForCapabilities, {}))
                 waiting();
         });
@@ -178,7 +171,8 @@ void NotificationDaemon::notify(Notice notice, std::function<void(std::uint32_t,
 void NotificationDaemon::send(
     Notice const& notice, std::function<void(std::uint32_t, std::optional<Problem>)> const& completion)
 {
-    auto const capabilities = m_capabilities.value_or(Capabilities { .actions = true, .bodyMarkup = true });
+    auto const capabilities
+        = m_capabilities.value_or(NotificationReplies::Capabilities { .actions = true, .bodyMarkup = true });
     auto const body = wellFormed(notice.body);
 
     GVariantBuilder actions;
@@ -219,24 +213,24 @@ void NotificationDaemon::close(std::uint32_t id)
         [](GVariant*, GError const*) {});
 }
 
-void NotificationDaemon::received(char const* signal, GVariant* parameters) const
+void NotificationDaemon::received(char const* name, GVariant* parameters) const
 {
-    std::string_view const name = signal;
-    std::uint32_t id = 0;
-    if (name == "ActionInvoked" && g_variant_is_of_type(parameters, G_VARIANT_TYPE("(us)"))) {
-        g_variant_get_child(parameters, 0, "u", &id);
-        if (onAction)
-            onAction(id);
-    } else if (name == "NotificationClosed" && g_variant_is_of_type(parameters, G_VARIANT_TYPE("(uu)"))) {
-        g_variant_get_child(parameters, 0, "u", &id);
-        if (onClosed)
-            onClosed(id);
-    } else if (name == "ActivationToken" && g_variant_is_of_type(parameters, G_VARIANT_TYPE("(us)"))) {
-        char const* token = nullptr;
-        g_variant_get(parameters, "(u&s)", &id, &token);
-        if (onActivationToken)
-            onActivationToken(id, token);
-    }
+    std::visit(Cases {
+                   [](std::monostate) {},
+                   [this](NotificationReplies::Action const& action) {
+                       if (onAction)
+                           onAction(action.id);
+                   },
+                   [this](NotificationReplies::Closed const& closed) {
+                       if (onClosed)
+                           onClosed(closed.id);
+                   },
+                   [this](NotificationReplies::ActivationToken const& activation) {
+                       if (onActivationToken)
+                           onActivationToken(activation.id, activation.token);
+                   },
+               },
+        NotificationReplies::signal(name, parameters));
 }
 
 void NotificationDaemon::call(char const* destination, char const* path, char const* interface, char const* method,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Gtk/NotificationReplies.h"
 #include "Support/Lifetime.h"
 
 #include <giomm/dbusconnection.h>
@@ -17,11 +18,6 @@ namespace tarn::gtk {
 // Specification 1.2). It may be absent, start late, hang, end and start again; no call waits for it.
 class NotificationDaemon {
 public:
-    struct Capabilities {
-        bool actions { false };
-        // The body is read as markup, so plain text has to be escaped.
-        bool bodyMarkup { false };
-    };
     // What the daemon is told; ids are its own, 0 is none.
     struct Notice {
         std::uint32_t replaces { 0 };
@@ -75,7 +71,7 @@ private:
     bool m_present { false };
     // Counts the daemons that have come.
     unsigned m_generation { 0 };
-    std::optional<Capabilities> m_capabilities;
+    std::optional<NotificationReplies::Capabilities> m_capabilities;
     std::vector<std::function<void()>> m_waitingForCapabilities;
     std::vector<std::function<void(std::optional<std::string>)>> m_reaching;
     Lifetime m_lifetime;

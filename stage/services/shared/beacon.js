@@ -31,11 +31,20 @@
     navigator.sendBeacon('/_stage/beacon', JSON.stringify(state));
   }
 
-  document.addEventListener('visibilitychange', () => report(document.visibilityState));
+  // Once it is on the screen: the second frame begins when the first has been drawn.
+  const reportDrawn = (event) => requestAnimationFrame(() => requestAnimationFrame(() => report(event)));
+
+  document.addEventListener('visibilitychange', () => {
+    report(document.visibilityState);
+    if (document.visibilityState === 'visible') reportDrawn('drawn');
+  });
   addEventListener('focus', () => report('focus'));
   addEventListener('blur', () => report('blur'));
   addEventListener('pagehide', () => report('pagehide'));
-  const loaded = () => report('loaded', { places: places() });
+  const loaded = () => {
+    report('loaded', { places: places() });
+    reportDrawn('painted');
+  };
   if (document.readyState === 'complete') loaded();
   else addEventListener('load', loaded);
   self.stageReport = report;
