@@ -11,7 +11,8 @@ PopupList::PopupList(platform::RunLoop& runLoop)
 
 PopupWindowController& PopupList::add(Uuid const& profile, std::unique_ptr<PopupWindowController> popup)
 {
-    return *m_entries.emplace_back(profile, std::move(popup)).controller;
+    m_entries.push_back({ profile, std::move(popup) });
+    return *m_entries.back().controller;
 }
 
 void PopupList::remove(PopupWindowController const& popup)

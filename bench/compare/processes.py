@@ -1,0 +1,71 @@
+"""What a program costs, as the kernel counts it."""
+
+import os
+from pathlib import Path
+
+TICK = os.sysconf("SC_CLK_TCK")
+
+
+def _read(path):
+    try:
+        return path.read_text()
+    except (FileNotFoundError, ProcessLookupError, PermissionError):
+        return ""
+
+
+def _parents():
+    parents = {}
+    for folder in Path("/proc").glob("[0-9]*"):
+        fields = _read(folder / "stat").rpartition(")")[2].split()
+        if fields and fields[0] != "Z":
+            parents[int(folder.name)] = int(fields[1])
+    return parents
+
+
+def tree(root, marks=()):
+    """The process, all that it started, and all whose command line or environment holds one of the marks."""
+    parents = _parents()
+
+    def belongs(process):
+        while process in parents:
+            if process == root:
+                return True
+            process = parents[process]
+        return False
+
+    return [process for process in parents if belongs(process) or _marked(process, marks)]
+
+
+def _marked(process, marks):
+    line = _read(Path(f"/proc/{process}/cmdline"))
+    return any(mark in line for mark in marks)
+
+
+def memory(processes):
+    """Proportional set size in MiB: what is shared counts in parts."""
+    total = 0
+    for process in processes:
+        for line in _read(Path(f"/proc/{process}/smaps_rollup")).splitlines():
+            if line.startswith("Pss:"):
+                total += int(line.split()[1])
+    return total / 1024
+
+
+def processor_time(processes):
+    """Seconds so far."""
+    total = 0
+    for process in processes:
+        fields = _read(Path(f"/proc/{process}/stat")).rpartition(")")[2].split()
+        if fields:
+            total += int(fields[11]) + int(fields[12])
+    return total / TICK
+
+
+def wake_ups(process):
+    """How often its threads have gone to sleep so far, which is how often they woke up."""
+    total = 0
+    for task in Path(f"/proc/{process}/task").glob("*"):
+        for line in _read(task / "status").splitlines():
+            if line.startswith("voluntary_ctxt_switches:"):
+                total += int(line.split()[1])
+    return total
