@@ -13,6 +13,19 @@ PageDelegate::PageDelegate(PageServices services)
 {
 }
 
+platform::NavigationPolicy PageDelegate::decidePolicy(platform::WebView& view, platform::NavigationAction const& action)
+{
+    using platform::NavigationPolicy;
+    auto const [url, isReadable] = target(action);
+    if (!url)
+        return isReadable ? NavigationPolicy::allow : NavigationPolicy::cancel;
+    if (action.shouldPerformDownload)
+        return NavigationPolicy::download;
+    if (action.targetFrame == platform::TargetFrame::sub)
+        return decideInFrame(view, *url, action);
+    return decideForPage(view, *url, action);
+}
+
 platform::NavigationPolicy PageDelegate::decidePolicy(platform::WebView&, platform::NavigationResponse const& response)
 {
     return DownloadManager::shouldDownload(response) ? platform::NavigationPolicy::download

@@ -29,8 +29,8 @@ struct PageServices {
 // What holds for every page alike, in the app views and in popups.
 class PageDelegate : public platform::NavigationDelegate, public PageQuestions {
 public:
-    using NavigationDelegate::decidePolicy;
-    platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationResponse const&) override;
+    platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const&) final;
+    platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationResponse const&) final;
     void didBecomeDownload(platform::WebView&, std::shared_ptr<platform::Download>) override;
     void didCommit(platform::WebView&) override;
     void didFinish(platform::WebView&) override;
@@ -44,16 +44,11 @@ protected:
     explicit PageDelegate(PageServices);
     ~PageDelegate() = default;
 
-    // The action's URL. Without one there is nothing to decide; an unreadable one is refused, with a log line.
-    struct Target {
-        std::optional<Url> url;
-        bool isReadable { true };
-    };
-    Target target(platform::NavigationAction const&) const;
+    // Where the page itself may go; the address can be read, and is not for saving.
+    virtual platform::NavigationPolicy decideForPage(platform::WebView&, Url const&, platform::NavigationAction const&)
+        = 0;
     // With the command key, or the middle button, which means "elsewhere" just as much.
     static bool isMeantForElsewhere(platform::NavigationAction const&);
-    // Frames go where they like on the web; to other programs they lead as their page does.
-    platform::NavigationPolicy decideInFrame(platform::WebView&, Url const&, platform::NavigationAction const&);
     platform::WebView* decideNewWindow(platform::WebView&, platform::NavigationAction const&,
         std::function<void(Url const&)> const& ask, std::function<platform::WebView*()> const& open);
     // The function closes a window that was opened for nothing but the download.
@@ -61,6 +56,15 @@ protected:
     void openExternally(platform::WebView&, Url const&, platform::NavigationAction const&);
 
 private:
+    // The action's URL. Without one there is nothing to decide; an unreadable one is refused, with a log line.
+    struct Target {
+        std::optional<Url> url;
+        bool isReadable { true };
+    };
+    Target target(platform::NavigationAction const&) const;
+    // Frames go where they like on the web; to other programs they lead as their page does.
+    platform::NavigationPolicy decideInFrame(platform::WebView&, Url const&, platform::NavigationAction const&);
+
     PageServices m_services;
 };
 

@@ -14,19 +14,12 @@ PageNavigation::PageNavigation(PageServices services, SessionRefresher& session)
 {
 }
 
-NavigationPolicy PageNavigation::decidePolicy(platform::WebView& view, platform::NavigationAction const& action)
+NavigationPolicy PageNavigation::decideForPage(
+    platform::WebView& view, Url const& url, platform::NavigationAction const& action)
 {
-    auto const [url, isReadable] = target(action);
-    if (!url)
-        return isReadable ? NavigationPolicy::allow : NavigationPolicy::cancel;
-    if (action.shouldPerformDownload)
-        return NavigationPolicy::download;
-    if (action.targetFrame == platform::TargetFrame::sub)
-        return decideInFrame(view, *url, action);
-
     bool const linkActivated = action.type == platform::NavigationType::linkActivated;
     if (linkActivated && isMeantForElsewhere(action)) {
-        openExternally(view, LinkPolicy::resolvingGoogleRedirect(*url), action);
+        openExternally(view, LinkPolicy::resolvingGoogleRedirect(url), action);
         return NavigationPolicy::cancel;
     }
 
@@ -43,7 +36,7 @@ NavigationPolicy PageNavigation::decidePolicy(platform::WebView& view, platform:
                           [](LinkPolicy::Allow const&) { return NavigationPolicy::allow; },
                       },
         LinkPolicy::navigation(
-            *url, view.url(), linkActivated ? LinkPolicy::LinkActivated::yes : LinkPolicy::LinkActivated::no));
+            url, view.url(), linkActivated ? LinkPolicy::LinkActivated::yes : LinkPolicy::LinkActivated::no));
 }
 
 platform::WebView* PageNavigation::createWebView(platform::WebView& view,

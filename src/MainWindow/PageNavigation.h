@@ -19,8 +19,6 @@ public:
     std::function<platform::WebView*(platform::WebView& opener, platform::WebViewConfiguration const&)> onPopup;
     std::function<void(platform::WebView&)> onHistoryChange;
 
-    using PageDelegate::decidePolicy;
-    platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const&) override;
     void didCommit(platform::WebView&) override;
     void didFinish(platform::WebView&) override;
     void historyDidChange(platform::WebView&) override;
@@ -29,6 +27,8 @@ public:
         platform::WebView&, platform::WebViewConfiguration const&, platform::NavigationAction const&) override;
 
 private:
+    platform::NavigationPolicy decideForPage(
+        platform::WebView&, Url const&, platform::NavigationAction const&) override;
     SessionRefresher& m_session;
 };
 

@@ -76,24 +76,18 @@ void PopupWindowController::showOrigin()
             .connection = url->scheme() == "https" ? Connection::secure : Connection::insecure });
 }
 
-NavigationPolicy PopupWindowController::decidePolicy(platform::WebView& view, platform::NavigationAction const& action)
+NavigationPolicy PopupWindowController::decideForPage(
+    platform::WebView& view, Url const& url, platform::NavigationAction const& action)
 {
-    auto const [url, isReadable] = target(action);
-    if (!url)
-        return isReadable ? NavigationPolicy::allow : NavigationPolicy::cancel;
-    if (action.shouldPerformDownload)
-        return NavigationPolicy::download;
-    if (action.targetFrame == platform::TargetFrame::sub)
-        return decideInFrame(view, *url, action);
-    if (!LinkPolicy::isWebScheme(*url)) {
-        openExternally(view, *url, action);
+    if (!LinkPolicy::isWebScheme(url)) {
+        openExternally(view, url, action);
         return NavigationPolicy::cancel;
     }
     if (action.type != platform::NavigationType::linkActivated)
         return NavigationPolicy::allow;
-    if (!isMeantForElsewhere(action) && LinkPolicy::isInternal(*url))
+    if (!isMeantForElsewhere(action) && LinkPolicy::isInternal(url))
         return NavigationPolicy::allow;
-    openExternally(view, LinkPolicy::resolvingGoogleRedirect(*url), action);
+    openExternally(view, LinkPolicy::resolvingGoogleRedirect(url), action);
     return NavigationPolicy::cancel;
 }
 

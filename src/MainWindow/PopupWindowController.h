@@ -34,8 +34,6 @@ public:
     void present();
     void close() { m_window->close(); }
 
-    using PageDelegate::decidePolicy;
-    platform::NavigationPolicy decidePolicy(platform::WebView&, platform::NavigationAction const&) override;
     void didBecomeDownload(platform::WebView&, std::shared_ptr<platform::Download>) override;
     void didCommit(platform::WebView&) override;
     void historyDidChange(platform::WebView&) override;
@@ -46,6 +44,8 @@ public:
     void didClose(platform::WebView&) override;
 
 private:
+    platform::NavigationPolicy decideForPage(
+        platform::WebView&, Url const&, platform::NavigationAction const&) override;
     bool perform(platform::Command, int tag) override;
     std::optional<platform::CommandState> validate(platform::Command, int tag) const override;
     void titleChanged();

@@ -1,11 +1,6 @@
 #include "App/AppDelegate.h"
 
-#include "Fakes/FakeDesktop.h"
-#include "Fakes/FakeNotificationCenter.h"
-#include "Fakes/FakePanels.h"
-#include "Fakes/FakeWebEngine.h"
-#include "Fakes/ManualRunLoop.h"
-#include "Support/TemporaryFolder.h"
+#include "Fakes/FakeSurroundings.h"
 
 #include <gmock/gmock.h>
 
@@ -14,39 +9,9 @@
 namespace tarn {
 namespace {
 
-class AppDelegateTest : public testing::Test {
+class AppDelegateTest : public testing::Test, protected test::FakeSurroundings {
 protected:
-    TemporaryFolder folder;
-    test::ManualRunLoop runLoop;
-    test::FakeWebEngine engine;
-    test::FakeWindowFactory windows;
-    test::FakeWorkspace workspace;
-    test::FakeDockTile dockTile;
-    test::FakePanels panels;
-    test::FakeNetworkMonitor networkMonitor;
-    test::FakePowerMonitor powerMonitor;
-    test::FakeLoginItem loginItem;
-    test::FakeUserDefaults defaults;
-    test::FakeActivation activation;
-    test::FakeNotificationCenter notificationCenter;
-    AppEnvironment environment {
-        .applicationSupport = folder.path(),
-        .downloads = folder.path(),
-        .store = { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} },
-        .engine = engine,
-        .windows = windows,
-        .workspace = workspace,
-        .dockTile = dockTile,
-        .panels = panels,
-        .networkMonitor = networkMonitor,
-        .powerMonitor = powerMonitor,
-        .loginItem = loginItem,
-        .defaults = defaults,
-        .runLoop = runLoop,
-        .activation = activation,
-        .notificationCenter = &notificationCenter,
-        .log = [](std::string const&) {},
-    };
+    AppEnvironment environment { appEnvironment() };
     std::unique_ptr<AppDelegate> delegate { std::make_unique<AppDelegate>(environment) };
 };
 

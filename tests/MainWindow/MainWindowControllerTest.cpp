@@ -1,14 +1,10 @@
 #include "MainWindow/MainWindowController.h"
 
 #include "App/MainMenu.h"
-#include "Fakes/FakeDesktop.h"
-#include "Fakes/FakePanels.h"
-#include "Fakes/FakeWebEngine.h"
-#include "Fakes/ManualRunLoop.h"
+#include "Fakes/FakeSurroundings.h"
 #include "MainWindow/ProfileMenu.h"
 #include "Profiles/DataStoreRemoval.h"
 #include "Profiles/Zoom.h"
-#include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -23,7 +19,7 @@ using namespace std::chrono_literals;
 
 std::vector<GoogleApp> const allApps(GoogleApp::allCases.begin(), GoogleApp::allCases.end());
 
-class MainWindowControllerTest : public testing::Test {
+class MainWindowControllerTest : public testing::Test, protected test::FakeSurroundings {
 protected:
     MainWindowControllerTest() { menuBar.setReceivers({ &controller }); }
     ~MainWindowControllerTest() override { menuBar.setReceivers({}); }
@@ -36,30 +32,9 @@ protected:
     }
     platform::CommandState state(Command command, int tag = 0) const { return *controller.validate(command, tag); }
 
-    TemporaryFolder folder;
-    test::ManualRunLoop runLoop;
-    test::FakeWebEngine engine;
-    test::FakeWindowFactory windows;
-    test::FakeWorkspace workspace;
-    test::FakeDockTile dockTile;
-    test::FakePanels panels;
-    test::FakeNetworkMonitor networkMonitor;
-    test::FakeUserDefaults defaults;
     platform::MenuBar menuBar { MainMenu::build() };
-    ProfileStore profiles { folder.path(),
-        { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} } };
-    MainWindowController controller { profiles,
-        { .engine = engine,
-            .windows = windows,
-            .menuBar = menuBar,
-            .workspace = workspace,
-            .dockTile = dockTile,
-            .panels = panels,
-            .networkMonitor = networkMonitor,
-            .defaults = defaults,
-            .runLoop = runLoop,
-            .downloadsFolder = folder.path(),
-            .log = [](std::string const&) {} } };
+    ProfileStore profiles { folder.path(), storeEnvironment() };
+    MainWindowController controller { profiles, windowEnvironment(menuBar) };
 };
 
 TEST_F(MainWindowControllerTest, OpensOnMailWithOneView)

@@ -1,12 +1,7 @@
 #include "App/AppDelegate.h"
 #include "Bridge/BridgeScripts.h"
-#include "Fakes/FakeDesktop.h"
-#include "Fakes/FakeNotificationCenter.h"
-#include "Fakes/FakePanels.h"
-#include "Fakes/FakeWebEngine.h"
-#include "Fakes/ManualRunLoop.h"
+#include "Fakes/FakeSurroundings.h"
 #include "MainWindow/PrintBridge.h"
-#include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -28,7 +23,7 @@ public:
     std::vector<std::string> calls;
 };
 
-class NotificationWiringTest : public testing::Test {
+class NotificationWiringTest : public testing::Test, protected test::FakeSurroundings {
 protected:
     NotificationWiringTest()
     {
@@ -41,38 +36,9 @@ protected:
         return static_cast<test::FakeWebView&>(delegate.mainWindow().pool().view(app));
     }
 
-    TemporaryFolder folder;
-    test::ManualRunLoop runLoop;
-    test::FakeWebEngine engine;
-    test::FakeWindowFactory windows;
-    test::FakeWorkspace workspace;
-    test::FakeDockTile dockTile;
-    test::FakePanels panels;
-    test::FakeNetworkMonitor networkMonitor;
-    test::FakePowerMonitor powerMonitor;
-    test::FakeLoginItem loginItem;
-    test::FakeUserDefaults defaults;
-    test::FakeActivation activation;
-    test::FakeNotificationCenter center;
+    test::FakeNotificationCenter& center { notificationCenter };
     std::shared_ptr<Document> document { std::make_shared<Document>() };
-    AppDelegate delegate { {
-        .applicationSupport = folder.path(),
-        .downloads = folder.path(),
-        .store = { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} },
-        .engine = engine,
-        .windows = windows,
-        .workspace = workspace,
-        .dockTile = dockTile,
-        .panels = panels,
-        .networkMonitor = networkMonitor,
-        .powerMonitor = powerMonitor,
-        .loginItem = loginItem,
-        .defaults = defaults,
-        .runLoop = runLoop,
-        .activation = activation,
-        .notificationCenter = &center,
-        .log = [](std::string const&) {},
-    } };
+    AppDelegate delegate { appEnvironment() };
 };
 
 TEST_F(NotificationWiringTest, EveryViewGetsTheScriptsBeforeAnyOther)

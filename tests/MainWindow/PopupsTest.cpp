@@ -1,11 +1,7 @@
 #include "App/MainMenu.h"
-#include "Fakes/FakeDesktop.h"
-#include "Fakes/FakePanels.h"
-#include "Fakes/FakeWebEngine.h"
-#include "Fakes/ManualRunLoop.h"
+#include "Fakes/FakeSurroundings.h"
 #include "MainWindow/MainWindowController.h"
 #include "Profiles/DataStoreRemoval.h"
-#include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -24,7 +20,7 @@ constexpr char const* signInPage = "https://accounts.google.com/ServiceLogin";
 constexpr char const* ssoPage = "https://company.okta.com/login";
 constexpr char const* newsPage = "https://news.example/story";
 
-class PopupsTest : public testing::Test {
+class PopupsTest : public testing::Test, protected test::FakeSurroundings {
 protected:
     PopupsTest() { mail().currentUrl = Url::parse("https://mail.google.com/mail/u/0/"); }
 
@@ -46,31 +42,10 @@ protected:
     }
     test::PopupState& window(std::size_t index) { return *windows.popups[index]; }
 
-    TemporaryFolder folder;
-    test::ManualRunLoop runLoop;
-    test::FakeWebEngine engine;
-    test::FakeWindowFactory windows;
-    test::FakeWorkspace workspace;
-    test::FakeDockTile dockTile;
-    test::FakePanels panels;
-    test::FakeNetworkMonitor networkMonitor;
-    test::FakeUserDefaults defaults;
-    std::vector<std::string> log;
     platform::MenuBar menuBar { MainMenu::build() };
-    ProfileStore profiles { folder.path(),
-        { .now = [] { return Timestamp {}; }, .makeUuid = &Uuid::random, .log = [](std::string const&) {} } };
-    std::unique_ptr<MainWindowController> controller { std::make_unique<MainWindowController>(profiles,
-        MainWindowController::Environment { .engine = engine,
-            .windows = windows,
-            .menuBar = menuBar,
-            .workspace = workspace,
-            .dockTile = dockTile,
-            .panels = panels,
-            .networkMonitor = networkMonitor,
-            .defaults = defaults,
-            .runLoop = runLoop,
-            .downloadsFolder = folder.path(),
-            .log = [this](std::string const& line) { log.push_back(line); } }) };
+    ProfileStore profiles { folder.path(), storeEnvironment() };
+    std::unique_ptr<MainWindowController> controller { std::make_unique<MainWindowController>(
+        profiles, windowEnvironment(menuBar)) };
 };
 
 TEST_F(PopupsTest, AWindowHasTheSizeThatThePageAskedFor)
