@@ -61,11 +61,11 @@ void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
     m_menuBar->setReceivers({ m_mainWindow.get(), this, &m_defaultEmailApp, &m_updater });
     m_updater.onChange = [this] { m_menuBar->revalidate(); };
     m_defaultEmailApp.onChange = [this] { m_menuBar->revalidate(); };
+    if (m_notifications)
+        m_notifications->askOnFirstLaunch();
     m_mainWindow->setOnManageProfiles([this] { settingsController().show(SettingsModel::Tab::profiles); });
     m_mainWindow->sidebar().onSettings = [this] { settingsController().show(); };
     m_environment.powerMonitor.setOnResume([this] { m_mainWindow->computerDidWake(); });
-    if (m_notifications)
-        m_notifications->askOnFirstLaunch();
     if (request.window == LaunchRequest::Window::show)
         m_mainWindow->showWindow();
     application(std::exchange(m_pendingURLs, {}));
