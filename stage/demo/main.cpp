@@ -2,6 +2,7 @@
 // stage, and folders of its own.
 
 #include "Platform/Gtk/Application.h"
+#include "Platform/Gtk/CommandLineAnswer.h"
 #include "Platform/Gtk/Renderers.h"
 #include "Profiles/ProfileStore.h"
 #include "StageServer.h"
@@ -60,6 +61,8 @@ void leadTo(std::string const& proxyUri, WebKitNetworkSession* session)
 
 int main(int argc, char* argv[])
 {
+    if (auto const status = tarn::gtk::answerCommandLine(argc, argv))
+        return *status;
     tarn::gtk::chooseRenderers();
     auto options = demoOptions();
     g_set_prgname(options.applicationId.c_str());

@@ -126,8 +126,8 @@ class Lifecycle(unittest.TestCase):
     def test_says_what_it_is_and_what_it_does_not_know(self):
         for arguments, status, text in ((["--version"], 0, "WebKitGTK"), (["--help"], 0, "--profile NAME"),
                                         (["--nonsense"], 2, "--nonsense")):
-            result = subprocess.run([PROGRAM, *arguments], env=self.environment, capture_output=True, text=True,
-                                    check=False)
+            result = subprocess.run([PROGRAM, *arguments], env=self.environment | {b"DISPLAY": b""},
+                                    capture_output=True, text=True, check=False)
             self.assertEqual(result.returncode, status)
             self.assertIn(text, result.stdout + result.stderr)
 

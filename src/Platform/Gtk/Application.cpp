@@ -172,23 +172,15 @@ void Application::on_startup()
 bool Application::local_command_line_vfunc(char**& arguments, int& exitStatus)
 {
     auto const meaning = CommandLine::parse({ arguments + 1, arguments + g_strv_length(arguments) });
-    exitStatus = EXIT_SUCCESS;
-    if (std::holds_alternative<CommandLine::ShowHelp>(meaning)) {
-        std::cout << CommandLine::help();
-    } else if (std::holds_alternative<CommandLine::ShowVersion>(meaning)) {
-        std::cout << "Tarn " TARN_VERSION " (WebKitGTK " << webkit_get_major_version() << '.'
-                  << webkit_get_minor_version() << '.' << webkit_get_micro_version() << ")\n";
-    } else if (auto const* const refusal = std::get_if<CommandLine::Refusal>(&meaning)) {
-        std::cerr << "tarn: " << refusal->reason << "; try tarn --help\n";
-        exitStatus = 2;
-    } else {
+    exitStatus = EXIT_FAILURE;
+    if (auto const* const request = std::get_if<LaunchRequest>(&meaning)) {
         try {
             // From here on this process is the only instance, or speaks to it.
             register_application();
-            activate_action(launchAction, LaunchMessage::pack(std::get<LaunchRequest>(meaning)));
+            activate_action(launchAction, LaunchMessage::pack(*request));
+            exitStatus = EXIT_SUCCESS;
         } catch (Glib::Error const& error) {
             std::cerr << "tarn: " << error.what() << '\n';
-            exitStatus = EXIT_FAILURE;
         }
     }
     return true;

@@ -39,7 +39,7 @@ private:
     struct Ports;
 
     void on_startup() override;
-    // Options and links never reach GIO, which would change links.
+    // Options and links never reach GIO, which would change links. What answerCommandLine() answers does not come here.
     bool local_command_line_vfunc(char**& arguments, int& exitStatus) override;
     void on_activate() override { handle({}); }
     void handle(LaunchRequest const&);

@@ -33,6 +33,8 @@ NoticeView::NoticeView(platform::PageNotice const& notice)
     text->set_lines(12);
     text->set_ellipsize(Pango::EllipsizeMode::END);
     text->set_selectable();
+    // Else it would take the focus of a new window, all selected.
+    text->set_focusable(false);
     append(*text);
 
     m_button->add_css_class("pill");

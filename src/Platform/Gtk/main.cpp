@@ -1,10 +1,13 @@
 #include "Platform/Gtk/Application.h"
+#include "Platform/Gtk/CommandLineAnswer.h"
 #include "Platform/Gtk/Renderers.h"
 
 #include <glibmm/init.h>
 
 int main(int argc, char* argv[])
 {
+    if (auto const status = tarn::gtk::answerCommandLine(argc, argv))
+        return *status;
     tarn::gtk::chooseRenderers();
     // Docks match windows to the desktop file by this name.
     g_set_prgname(TARN_APPLICATION_ID);
