@@ -192,10 +192,10 @@ class Comparison:
         marks = [f"--user-data-dir={program.home}"] if isinstance(program, Chromium) else []
         everyone = processes.tree(program.process.pid, marks)
         time_before = processes.processor_time(everyone)
-        own_before = processes.wake_ups(program.process.pid)
+        own_before = processes.sleeps(program.process.pid)
         time.sleep(self.idle)
         spent = (processes.processor_time(everyone) - time_before) * 60 / self.idle
-        woken = (processes.wake_ups(program.process.pid) - own_before) / self.idle
+        woken = processes.wake_ups(own_before, processes.sleeps(program.process.pid)) / self.idle
         self.figures.add("idle and hidden, seven apps: processor s in a minute", program, spent)
         self.figures.add("idle and hidden: own wake-ups a second", program, woken)
 

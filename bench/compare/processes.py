@@ -61,11 +61,16 @@ def processor_time(processes):
     return total / TICK
 
 
-def wake_ups(process):
-    """How often its threads have gone to sleep so far, which is how often they woke up."""
-    total = 0
+def sleeps(process):
+    """How often each of its threads has gone to sleep so far."""
+    counts = {}
     for task in Path(f"/proc/{process}/task").glob("*"):
         for line in _read(task / "status").splitlines():
             if line.startswith("voluntary_ctxt_switches:"):
-                total += int(line.split()[1])
-    return total
+                counts[task.name] = int(line.split()[1])
+    return counts
+
+
+def wake_ups(before, after):
+    """Between two counts of sleeps, of all threads that were still there."""
+    return sum(count - before.get(thread, 0) for thread, count in after.items())

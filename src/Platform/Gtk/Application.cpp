@@ -25,6 +25,7 @@
 #include <glib-unix.h>
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/stylecontext.h>
+#include <malloc.h>
 
 #include <chrono>
 #include <csignal>
@@ -37,6 +38,8 @@ namespace {
 
 // The engine writes local storage a moment after the last page has gone. It has no word for when it is done.
 constexpr std::chrono::milliseconds farewellTime { 300 };
+
+constexpr int largeBuffer { 1 << 20 };
 
 std::filesystem::path userDownloads()
 {
@@ -122,6 +125,8 @@ Application::~Application() = default;
 
 void Application::on_startup()
 {
+    // Pictures of whole pages come and go: each returns to the system by itself, instead of leaving holes.
+    mallopt(M_MMAP_THRESHOLD, largeBuffer);
     Gtk::Application::on_startup();
     adw_init();
     loadStyle();

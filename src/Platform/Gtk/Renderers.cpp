@@ -1,5 +1,6 @@
 #include "Platform/Gtk/Renderers.h"
 
+#include <dlfcn.h>
 #include <glib.h>
 
 #include <algorithm>
@@ -36,6 +37,26 @@ bool onlySoftwareGl()
         [](auto const& node) { return node.path().filename().string().starts_with("renderD"); });
 }
 
+// The engine asks for EGL in this process too, and never draws with it: in software that loads a compiler for shaders
+// (50 MiB of code, 12 MiB of memory) for nothing, before the first page. The list of drivers is read once, at the first
+// question; the pages' own processes read it anew.
+void keepGlOutOfThisProcess()
+{
+    static constexpr char const* drivers = "__EGL_VENDOR_LIBRARY_DIRS";
+    static constexpr int extensions = 0x3055;
+    if (g_getenv(drivers) || g_getenv("__EGL_VENDOR_LIBRARY_FILENAMES"))
+        return;
+    auto* const library = dlopen("libEGL.so.1", RTLD_LAZY);
+    auto const query = library
+        ? reinterpret_cast<char const* (*)(void* display, int name)>(dlsym(library, "eglQueryString"))
+        : nullptr;
+    if (!query)
+        return;
+    g_setenv(drivers, "/nonexistent", FALSE);
+    query(nullptr, extensions);
+    g_unsetenv(drivers);
+}
+
 }
 
 void chooseRenderers()
@@ -46,6 +67,7 @@ void chooseRenderers()
         if (!g_getenv(name) && g_setenv(name, value, FALSE))
             chosen().push_back(name);
     }
+    keepGlOutOfThisProcess();
 }
 
 std::span<char const* const> chosenRendererVariables()

@@ -1,12 +1,17 @@
 #include "Platform/Gtk/Spelling.h"
 
+#include <chrono>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tarn::gtk {
 
 namespace {
+
+// Reading a dictionary takes 35 ms.
+constexpr std::chrono::seconds startDelay { 2 };
 
 // As dictionaries are called: "pt_BR". A language without its country comes last and only by itself.
 std::vector<std::string> dictionaries()
@@ -28,29 +33,39 @@ std::vector<std::string> dictionaries()
 
 Spelling::Spelling(WebKitWebContext* context)
     : m_context(share(context))
+    , m_start(m_runLoop.after(startDelay, [this] { start(); }))
 {
+}
+
+void Spelling::start()
+{
+    if (!std::exchange(m_start, nullptr))
+        return;
     auto const names = dictionaries();
     std::vector<char const*> pointers;
     for (auto const& name : names)
         pointers.push_back(name.c_str());
     pointers.push_back(nullptr);
-    webkit_web_context_set_spell_checking_languages(context, pointers.data());
-    webkit_web_context_set_spell_checking_enabled(context, isAvailable());
+    webkit_web_context_set_spell_checking_languages(m_context.get(), pointers.data());
+    webkit_web_context_set_spell_checking_enabled(m_context.get(), isAvailable());
 }
 
 bool Spelling::isAvailable() const
 {
+    if (m_start)
+        return true;
     auto const* const* const languages = webkit_web_context_get_spell_checking_languages(m_context.get());
     return languages && *languages;
 }
 
 bool Spelling::isOn() const
 {
-    return webkit_web_context_get_spell_checking_enabled(m_context.get());
+    return m_start || webkit_web_context_get_spell_checking_enabled(m_context.get());
 }
 
 void Spelling::toggle()
 {
+    start();
     webkit_web_context_set_spell_checking_enabled(m_context.get(), !isOn());
 }
 
