@@ -4,6 +4,7 @@
 #include "Platform/Gtk/Application.h"
 #include "Platform/Gtk/CommandLineAnswer.h"
 #include "Platform/Gtk/Renderers.h"
+#include "Platform/Gtk/SessionBus.h"
 #include "Profiles/ProfileStore.h"
 #include "StageServer.h"
 
@@ -63,6 +64,7 @@ int main(int argc, char* argv[])
 {
     if (auto const status = tarn::gtk::answerCommandLine(argc, argv))
         return *status;
+    tarn::gtk::forgetUnreachableSessionBus();
     tarn::gtk::chooseRenderers();
     auto options = demoOptions();
     g_set_prgname(options.applicationId.c_str());

@@ -18,6 +18,12 @@ std::string explanation(std::string reason)
           "profile that allows namespaces to be made.";
 }
 
+// By this mark the engine knows it.
+bool looksLikeFlatpak()
+{
+    return g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS);
+}
+
 }
 
 Sandbox::Sandbox()
@@ -26,7 +32,7 @@ Sandbox::Sandbox()
     // The engine's own switch, for tests in places that have no namespaces. Nothing of Tarn ever sets it.
     auto const* const off = std::getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS");
     // Inside Flatpak it is Flatpak that puts pages into sandboxes of their own.
-    if ((off && *off == '1') || g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS))
+    if ((off && *off == '1') || (looksLikeFlatpak() && g_getenv("FLATPAK_ID")))
         m_state = State::works;
     else
         start();
@@ -52,6 +58,12 @@ void Sandbox::whenKnown(std::function<void(Problem const&)> completion)
 void Sandbox::start()
 {
     m_state = State::trying;
+    if (looksLikeFlatpak()) {
+        finish(
+            "The file /.flatpak-info lies on this computer although Tarn does not run inside Flatpak. It misleads the "
+            "web engine into showing pages without a sandbox. Remove the file, then try again.");
+        return;
+    }
     GError* error = nullptr;
     // What the engine asks for, less the details of its file system.
     auto const process

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/Application.h"
 #include "Platform/Gtk/CommandLineAnswer.h"
 #include "Platform/Gtk/Renderers.h"
+#include "Platform/Gtk/SessionBus.h"
 
 #include <glibmm/init.h>
 
@@ -8,6 +9,7 @@ int main(int argc, char* argv[])
 {
     if (auto const status = tarn::gtk::answerCommandLine(argc, argv))
         return *status;
+    tarn::gtk::forgetUnreachableSessionBus();
     tarn::gtk::chooseRenderers();
     // Docks match windows to the desktop file by this name.
     g_set_prgname(TARN_APPLICATION_ID);
