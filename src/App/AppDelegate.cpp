@@ -150,6 +150,7 @@ SettingsWindowController& AppDelegate::settingsController()
             SettingsWindowController::Environment {
                 .windows = m_environment.windows,
                 .panels = m_environment.panels,
+                .loginItem = m_environment.loginItem,
                 .makeUuid = m_environment.store.makeUuid,
                 .notifications = { .workspace = m_environment.workspace,
                     .activation = m_environment.activation,

@@ -15,6 +15,7 @@ SettingsWindowController::SettingsWindowController(ProfileStore& profiles, Envir
     ProfilesPane::DeleteProfile deleteProfile, std::function<void()> openGmailSettings)
     : m_profilesPane(profiles, environment.panels, std::move(environment.makeUuid), std::move(deleteProfile))
     , m_notificationsPane(environment.notifications, std::move(openGmailSettings))
+    , m_generalPane(environment.loginItem)
     , m_window(environment.windows.makeSettingsWindow(*this))
 {
     m_profilesPane.sheetParent = m_window.get();
@@ -24,8 +25,11 @@ SettingsWindowController::~SettingsWindowController() = default;
 
 void SettingsWindowController::show(std::optional<SettingsModel::Tab> tab)
 {
-    if (tab)
+    if (tab) {
         m_model.setTab(*tab);
+        if (onSelect)
+            onSelect();
+    }
     m_window->present();
 }
 

@@ -2,6 +2,7 @@
 
 #include "App/SettingsModel.h"
 #include "MainWindow/WindowFactory.h"
+#include "Settings/GeneralPane.h"
 #include "Settings/NotificationsPane.h"
 #include "Settings/ProfilesPane.h"
 
@@ -25,6 +26,7 @@ public:
     struct Environment {
         WindowFactory& windows;
         platform::Panels& panels;
+        platform::LoginItem& loginItem;
         std::function<Uuid()> makeUuid;
         NotificationsPane::Environment notifications;
     };
@@ -36,17 +38,23 @@ public:
     SettingsWindowController(SettingsWindowController const&) = delete;
     SettingsWindowController& operator=(SettingsWindowController const&) = delete;
 
+    // Set by the window: the model's tab is to be in front, whatever is there.
+    std::function<void()> onSelect;
+
     // Brings the window to the front, on that tab; without one on the tab selected last.
     void show(std::optional<SettingsModel::Tab> = std::nullopt);
 
     SettingsModel& model() { return m_model; }
     ProfilesPane& profilesPane() { return m_profilesPane; }
+    GeneralPane& generalPane() { return m_generalPane; }
     NotificationsPane& notificationsPane() { return m_notificationsPane; }
 
 private:
     SettingsModel m_model;
     ProfilesPane m_profilesPane;
     NotificationsPane m_notificationsPane;
+    // Beside the two tabs of the model.
+    GeneralPane m_generalPane;
     std::unique_ptr<platform::Window> m_window;
 };
 

@@ -22,6 +22,7 @@ SettingsWindow::SettingsWindow(
     , m_stack(sink(ADW_VIEW_STACK(adw_view_stack_new())))
     , m_profiles(settings.profilesPane(), services.pictures, m_window, SettingsWindowController::paneWidth)
     , m_notifications(settings.notificationsPane(), SettingsWindowController::paneWidth)
+    , m_general(settings.generalPane(), SettingsWindowController::paneWidth)
     , m_onTab(m_stack.get(), "notify::visible-child-name", [this](GParamSpec*) {
         auto const* const name = adw_view_stack_get_visible_child_name(m_stack.get());
         if (auto const tab = SettingsModel::fromRawValue(name ? name : ""))
@@ -30,8 +31,13 @@ SettingsWindow::SettingsWindow(
 {
     // The window is as high as the pane that is shown.
     adw_view_stack_set_vhomogeneous(m_stack.get(), FALSE);
-    addTab(SettingsModel::Tab::profiles, m_profiles);
-    addTab(SettingsModel::Tab::notifications, m_notifications);
+    auto const addTab = [this](SettingsModel::Tab tab, char letter, Gtk::Widget& pane) {
+        auto const appearance = SettingsWindowController::appearance(tab);
+        addPage(SettingsModel::rawValue(tab), marked(appearance.title, letter), appearance.iconName, pane);
+    };
+    addTab(SettingsModel::Tab::profiles, 'P', m_profiles);
+    addTab(SettingsModel::Tab::notifications, 'o', m_notifications);
+    addPage("general", marked(tarn::GeneralPane::title, 'G'), tarn::GeneralPane::iconName, m_general);
 
     auto* const switcher = ADW_VIEW_SWITCHER(adw_view_switcher_new());
     adw_view_switcher_set_stack(switcher, m_stack.get());
@@ -60,27 +66,28 @@ SettingsWindow::SettingsWindow(
             m_stack.get(), std::string(SettingsModel::rawValue(m_settings.model().tab())).c_str());
     };
     m_settings.model().onChange = select;
+    m_settings.onSelect = select;
     select();
 }
 
 SettingsWindow::~SettingsWindow()
 {
     m_settings.model().onChange = nullptr;
+    m_settings.onSelect = nullptr;
 }
 
-void SettingsWindow::addTab(SettingsModel::Tab tab, Gtk::Widget& pane)
+void SettingsWindow::addPage(
+    std::string_view name, std::string const& title, std::string_view iconName, Gtk::Widget& pane)
 {
     auto* const scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
     scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller->set_propagate_natural_height();
     scroller->set_max_content_height(mostHeight);
     scroller->set_child(pane);
-    auto const appearance = SettingsWindowController::appearance(tab);
-    auto const title = marked(appearance.title, tab == SettingsModel::Tab::profiles ? 'P' : 'o');
     auto* const page = adw_view_stack_add_titled(
-        m_stack.get(), GTK_WIDGET(scroller->gobj()), std::string(SettingsModel::rawValue(tab)).c_str(), title.c_str());
+        m_stack.get(), GTK_WIDGET(scroller->gobj()), std::string(name).c_str(), title.c_str());
     adw_view_stack_page_set_use_underline(page, TRUE);
-    adw_view_stack_page_set_icon_name(page, std::string(appearance.iconName).c_str());
+    adw_view_stack_page_set_icon_name(page, std::string(iconName).c_str());
 }
 
 void SettingsWindow::addKey(guint key, Gdk::ModifierType modifiers, std::function<void()> const& action)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Gtk/GeneralPane.h"
 #include "Platform/Gtk/NativeWindow.h"
 #include "Platform/Gtk/NotificationsPane.h"
 #include "Platform/Gtk/ProfilesPane.h"
@@ -25,7 +26,8 @@ public:
     Gtk::Window& native() override { return m_window; }
 
 private:
-    void addTab(SettingsModel::Tab, Gtk::Widget&);
+    // The title has a mark before the letter that chooses the page.
+    void addPage(std::string_view name, std::string const& title, std::string_view iconName, Gtk::Widget&);
     void addKey(guint key, Gdk::ModifierType, std::function<void()> const& action);
     void close();
 
@@ -37,6 +39,7 @@ private:
     Ref<AdwViewStack> m_stack;
     ProfilesPane m_profiles;
     NotificationsPane m_notifications;
+    GeneralPane m_general;
     Signal<void(GParamSpec*)> m_onTab;
 };
 
