@@ -33,7 +33,8 @@ AdwActionRow* NotificationsPane::addStep(
     auto* const group = makeGroup();
     auto* const row = makeRow(platformText(step.label));
     auto const title = platformText(step.button);
-    auto* const button = Gtk::make_managed<Gtk::Button>(marked(title, title[title.rfind("Open") + 5]), true);
+    auto* const button = Gtk::make_managed<Gtk::Button>();
+    setTitle(*button, title, title[title.rfind("Open") + 5]);
     button->set_valign(Gtk::Align::CENTER);
     button->signal_clicked().connect(std::move(onClick));
     adw_action_row_add_suffix(row, GTK_WIDGET(button->gobj()));

@@ -75,4 +75,12 @@ std::string marked(std::string_view title, char letter)
     return result;
 }
 
+void setTitle(Gtk::Button& button, std::string_view title, char letter)
+{
+    button.set_label(marked(title, letter));
+    button.set_use_underline();
+    // The toolkit tells a screen reader the title with its mark, and then the title once more.
+    gtk_accessible_reset_property(GTK_ACCESSIBLE(button.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL);
+}
+
 }

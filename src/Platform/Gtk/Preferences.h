@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 #include <gtkmm/box.h>
+#include <gtkmm/button.h>
 #include <gtkmm/label.h>
 
 #include <string>
@@ -25,7 +26,8 @@ AdwActionRow* makeRow(std::string const& title, Mnemonic = Mnemonic::no);
 Gtk::Label* makeText(std::string_view);
 Gtk::Label* makeFootnote(std::string_view);
 
-// The title with a mark before that letter, for a button with a mnemonic.
+// The title with a mark before that letter, which is then its mnemonic.
 std::string marked(std::string_view title, char letter);
+void setTitle(Gtk::Button&, std::string_view title, char letter);
 
 }

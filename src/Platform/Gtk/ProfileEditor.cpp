@@ -1,6 +1,5 @@
 #include "Platform/Gtk/ProfileEditor.h"
 
-#include "Platform/Gtk/Accessible.h"
 #include "Platform/Gtk/Panels.h"
 #include "Platform/Gtk/Preferences.h"
 
@@ -26,13 +25,10 @@ std::string text(std::string_view view)
 
 ProfileEditor::ProfileEditor(tarn::ProfileEditor& editor, Pictures& pictures, Gtk::Window& parent)
     : m_editor(editor)
-    , m_cancel(marked(tarn::ProfileEditor::cancelTitle, 'C'), true)
-    , m_confirm(marked(editor.confirmTitle(), editor.draft().isNew ? 't' : 'S'), true)
     , m_picture(pictures)
-    , m_choose(marked(tarn::ProfileEditor::chooseTitle, 'h'), true)
-    , m_remove(marked(tarn::ProfileEditor::removeTitle, 'R'), true)
     , m_error(makeText({}))
 {
+    g_object_set(m_window.gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr);
     auto* const page = makePage(width);
     page->append(makeNameRow());
     page->append(makePictureRow());
@@ -82,7 +78,6 @@ Gtk::Widget& ProfileEditor::makeNameRow()
     m_name.set_valign(Gtk::Align::CENTER);
     m_name.set_hexpand();
     m_name.set_activates_default();
-    setAccessibleLabel(m_name, text(tarn::ProfileEditor::nameTitle));
     m_name.signal_changed().connect([this] { m_editor.setName(m_name.get_text()); });
     adw_action_row_add_suffix(row, GTK_WIDGET(m_name.gobj()));
     adw_action_row_set_activatable_widget(row, GTK_WIDGET(m_name.gobj()));
@@ -94,6 +89,8 @@ Gtk::Widget& ProfileEditor::makeNameRow()
 Gtk::Widget& ProfileEditor::makePictureRow()
 {
     auto* const row = makeRow(text(tarn::ProfileEditor::pictureTitle));
+    setTitle(m_choose, tarn::ProfileEditor::chooseTitle, 'h');
+    setTitle(m_remove, tarn::ProfileEditor::removeTitle, 'R');
     m_choose.signal_clicked().connect([this] { m_editor.choosePicture(); });
     m_remove.signal_clicked().connect([this] { m_editor.removePicture(); });
     for (auto* const widget : { static_cast<Gtk::Widget*>(&m_picture), static_cast<Gtk::Widget*>(&m_choose),
@@ -118,7 +115,6 @@ Gtk::Widget& ProfileEditor::makeApps()
         auto* const toggle = Gtk::make_managed<Gtk::CheckButton>();
         toggle->set_active(m_editor.draft().enabledApps.contains(app));
         toggle->set_valign(Gtk::Align::CENTER);
-        setAccessibleLabel(*toggle, text(app.title()));
         toggle->signal_toggled().connect([this, app, toggle] { m_editor.setEnabled(app, toggle->get_active()); });
         adw_action_row_add_suffix(row, GTK_WIDGET(toggle->gobj()));
         adw_action_row_set_activatable_widget(row, GTK_WIDGET(toggle->gobj()));
@@ -129,6 +125,8 @@ Gtk::Widget& ProfileEditor::makeApps()
 
 void ProfileEditor::addButtons()
 {
+    setTitle(m_cancel, tarn::ProfileEditor::cancelTitle, 'C');
+    setTitle(m_confirm, m_editor.confirmTitle(), m_editor.draft().isNew ? 't' : 'S');
     m_cancel.signal_clicked().connect([this] { m_editor.cancel(); });
     m_confirm.signal_clicked().connect([this] { m_editor.save(); });
     m_confirm.add_css_class("suggested-action");

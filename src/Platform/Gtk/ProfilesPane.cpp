@@ -80,11 +80,11 @@ ProfilesPane::ProfilesPane(tarn::ProfilesPane& pane, Pictures& pictures, Gtk::Wi
     , m_pictures(pictures)
     , m_window(window)
     , m_group(makeGroup())
-    , m_newButton(marked(tarn::ProfilesPane::newTitle, 'N'), true)
 {
     auto* const page = makePage(width);
     page->append(*Glib::wrap(GTK_WIDGET(m_group)));
     page->append(*makeFootnote(platformText(tarn::ProfilesPane::footer)));
+    setTitle(m_newButton, tarn::ProfilesPane::newTitle, 'N');
     m_newButton.set_halign(Gtk::Align::END);
     m_newButton.signal_clicked().connect([this] { m_pane.newProfile(); });
     page->append(m_newButton);
