@@ -12,7 +12,10 @@ from desktop import Rect
 from visitor import APPS, Visitor
 from waiting import NotTrue, expect
 
-FIRST, SECOND = "Personal", "Work"
+FIRST, SECOND, THIRD = "Personal", "Work", "A client"
+# What can be done with a profile in the settings.
+OTHER_ROW = ("Switch", "Edit…", "Delete profile")
+ACTIVE_ROW = ("Edit…", "Delete profile")
 NEWS = "https://news.example/story"
 OUR_FILES = ("[0-9][0-9]-*.png", "failed.png", "tarn-demo.log", "requests.jsonl")
 
@@ -376,6 +379,43 @@ class Tour(Visitor):
         self.report.saw('"Not found"')
         self.desktop.press("Escape")
 
+    def manages_profiles(self):
+        self.press("ctrl+comma")
+        self.ready("Settings")
+        self.report.did("pressed Ctrl+,")
+        buttons = self.names("Settings", "button")
+        expect(buttons[:6] == [*OTHER_ROW, *ACTIVE_ROW, "New Profile…"], f"not the two profiles, but {buttons}")
+        self.report.saw(f"the settings, and in them {', '.join(buttons[:6])}")
+        self.photograph("settings", self.inside("Settings"))
+        self.press("alt+n", "Settings")
+        self.ready("New Profile")
+        apps = self.names("New Profile", "checkbox")
+        expect(tuple(apps) == APPS, f"not a check box for each app, but {apps}")
+        self.desktop.type(THIRD)
+        self.report.did(f'pressed Alt+N, and typed "{THIRD}"')
+        self.photograph("new-profile", self.inside("New Profile"))
+        self.press("Return", "New Profile")
+        rows = lambda: [name for name in self.names("Settings", "label") if name in (FIRST, SECOND, THIRD)]
+        self.wait(lambda: rows() == [FIRST, SECOND, THIRD], "a third profile in the settings")
+        self.report.did("pressed Return")
+        self.report.saw(f"{THIRD} as the third profile")
+        self.press("alt+o", "Settings")
+        self.wait(lambda: "1. Allow notifications for Tarn" in self.names("Settings", "label"), "the other page")
+        self.photograph("settings-notifications", self.inside("Settings"))
+        self.press("alt+p", "Settings")
+        delete = self.wait(lambda: self.last_button("Settings", "Delete profile"), "a button to delete it")
+        self.click(delete)
+        question = f"Delete “{THIRD}”?"
+        self.wait(lambda: self.names(question, "button"), "a question")
+        self.desktop.press("alt+d")
+        self.wait(lambda: rows() == [FIRST, SECOND], "two profiles in the settings")
+        self.report.did("looked at the notifications, clicked on the button that deletes the third, and pressed Alt+D")
+        self.report.saw(f'the question "{question}", and two profiles again')
+        self.press("Escape", "Settings")
+        self.ready()
+        self.report.did("pressed Escape")
+        self.report.saw("Tarn's window with the keyboard again")
+
     def downloads(self):
         self.click_in_page(self.app_page("Mail"), "download-slow")
         self.report.did("clicked on a link to a file that comes slowly")
@@ -436,6 +476,7 @@ STEPS = (
     ("Pages ask, and are answered", Tour.answers_questions),
     ("A click on a notification leads to its page", Tour.is_notified),
     ("Finding in the page", Tour.finds),
+    ("Profiles are made and deleted in the settings", Tour.manages_profiles),
     ("A download asks where, shows how far it is, and becomes a file", Tour.downloads),
     ("Dark, where the desktop is", Tour.turns_dark),
 )

@@ -77,16 +77,21 @@ class Visitor:
     def wait(self, look, what):
         return wait_for(lambda: self.demo.must_run() and look(), what)
 
-    def window(self):
+    def window(self, title="Tarn"):
         for window in self.desktop.windows(APPLICATION_ID):
-            if window.has_commands and window.title == "Tarn":
+            # Menus of the main window are called as it is.
+            if window.title == title and (window.has_commands or title != "Tarn"):
                 return window
-        raise LookupError("no window")
+        raise LookupError(f'no window "{title}"')
 
-    def inside(self):
+    def inside(self, title="Tarn"):
         """The window without the frame that a window manager without shadows leaves around it, on the screen."""
-        outer, inner = self.window().rect, self.widgets.window("Tarn").rect
+        outer, inner = self.window(title).rect, self.widgets.window(title).rect
         return outer.inset((outer.width - inner.width) // 2)
+
+    def names(self, title, role):
+        """Of a window's widgets, as a screen reader is told them, in their order."""
+        return [widget.name for widget in self.widgets.window(title).below(role)]
 
     def buttons(self):
         return list(self.widgets.window("Tarn").below("button"))
@@ -97,6 +102,11 @@ class Visitor:
             if widget.name.startswith(name):
                 return widget.rect.moved(*self.inside()[:2])
         raise LookupError(f'no {role} "{name}"')
+
+    def last_button(self, title, name):
+        """Where it is on the screen."""
+        buttons = [button for button in self.widgets.window(title).below("button") if button.name == name]
+        return buttons[-1].rect.moved(*self.inside(title)[:2]) if buttons else None
 
     def page(self):
         # Of what holds the views: those that are not in the window do not know their place.
@@ -173,12 +183,12 @@ class Visitor:
 
     # Hands
 
-    def ready(self):
+    def ready(self, title="Tarn"):
         """A hand waits until the window listens."""
-        self.wait(lambda: self.desktop.has_focus(self.window()), "the window to have the keyboard")
+        self.wait(lambda: self.desktop.has_focus(self.window(title)), f'the window "{title}" to have the keyboard')
 
-    def press(self, keys):
-        self.ready()
+    def press(self, keys, title="Tarn"):
+        self.ready(title)
         self.desktop.press(keys)
 
     def click(self, rect, key=None):
