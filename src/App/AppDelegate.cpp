@@ -18,6 +18,7 @@ AppDelegate::AppDelegate(AppEnvironment environment)
     , m_updater(m_environment.update,
           m_environment.hostsTests ? UpdaterManager::HostsTests::yes : UpdaterManager::HostsTests::no,
           m_environment.updater, m_environment.panels)
+    , m_updateSchedule(m_environment.runLoop, m_environment.defaults, m_environment.store.now)
 {
 }
 
@@ -68,6 +69,8 @@ void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
     m_environment.powerMonitor.setOnResume([this] { m_mainWindow->computerDidWake(); });
     if (request.window == LaunchRequest::Window::show)
         m_mainWindow->showWindow();
+    if (m_updater.isActive())
+        m_updateSchedule.start([this] { m_updater.checkInBackground(); });
     application(std::exchange(m_pendingURLs, {}));
 }
 

@@ -3,6 +3,7 @@
 #include "App/AppEnvironment.h"
 #include "App/DefaultEmailApp.h"
 #include "App/LaunchRequest.h"
+#include "App/UpdateSchedule.h"
 #include "Bridge/NotificationBridge.h"
 #include "MainWindow/MainWindowController.h"
 #include "Platform/MenuBar.h"
@@ -49,6 +50,7 @@ private:
     AppEnvironment m_environment;
     DefaultEmailApp m_defaultEmailApp;
     UpdaterManager m_updater;
+    UpdateSchedule m_updateSchedule;
     std::optional<NotificationBridge> m_notifications;
     std::unique_ptr<platform::MenuBar> m_menuBar;
     std::optional<ProfileStore> m_profiles;

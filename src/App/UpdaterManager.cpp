@@ -42,9 +42,20 @@ template <typename T> Reply<T> UpdaterManager::whenDone(std::function<void(T)> t
 
 void UpdaterManager::checkForUpdates()
 {
-    if (!canCheckForUpdates())
-        return;
+    if (canCheckForUpdates())
+        begin(Voice::aloud);
+}
+
+void UpdaterManager::checkInBackground()
+{
+    if (canCheckForUpdates() && !m_configuration.updatedBy)
+        begin(Voice::quiet);
+}
+
+void UpdaterManager::begin(Voice voice)
+{
     m_isChecking = true;
+    m_voice = voice;
     if (onChange)
         onChange();
     if (m_configuration.updatedBy) {
@@ -57,7 +68,8 @@ void UpdaterManager::checkForUpdates()
         fail("The address of the list of releases is not secure.");
         return;
     }
-    m_progress = m_updater->showProgress("Checking for updates…", [this] { m_updater->cancelFetch(); });
+    if (m_voice == Voice::aloud)
+        m_progress = m_updater->showProgress("Checking for updates…", [this] { m_updater->cancelFetch(); });
     m_updater->fetch(
         *feed, largestFeed, {}, whenDone<FetchResult>([this](FetchResult result) { feedArrived(std::move(result)); }));
 }
@@ -76,7 +88,8 @@ void UpdaterManager::feedArrived(FetchResult result)
             offer(*std::move(release));
             return;
         }
-        say("Tarn is up to date", "Version " + m_configuration.currentVersion + " is the newest version.");
+        if (m_voice == Voice::aloud)
+            say("Tarn is up to date", "Version " + m_configuration.currentVersion + " is the newest version.");
         finish();
     } catch (std::runtime_error const& error) {
         fail(std::string("There is a problem with what the server sent: ") + error.what() + ".");
@@ -85,6 +98,8 @@ void UpdaterManager::feedArrived(FetchResult result)
 
 void UpdaterManager::offer(Appcast::Release release)
 {
+    // From here on it is the user's.
+    m_voice = Voice::aloud;
     auto const text = "Version " + release.title + " is available; you have version " + m_configuration.currentVersion
         + "." + (release.notes.empty() ? "" : "\n\n" + release.notes);
     m_panels.showAlert(
@@ -172,7 +187,7 @@ void UpdaterManager::say(std::string message, std::string details)
 void UpdaterManager::fail(std::string const& reason)
 {
     // Without a reason the user ended it.
-    if (!reason.empty())
+    if (!reason.empty() && m_voice == Voice::aloud)
         say("Tarn could not be updated", reason);
     finish();
 }

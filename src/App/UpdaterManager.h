@@ -36,6 +36,9 @@ public:
     // At the user's request: every outcome is said. An installation that somebody else updates says who, and asks
     // nobody.
     void checkForUpdates();
+    // At nobody's request: only a newer release is said. Nothing where somebody else updates this installation, or
+    // while a check runs.
+    void checkInBackground();
 
     // Set by the owner: the answer of canCheckForUpdates() may have changed.
     std::function<void()> onChange;
@@ -44,6 +47,10 @@ public:
     std::optional<platform::CommandState> validate(platform::Command, int tag) const override;
 
 private:
+    // Who is told how it goes, until there is something to decide.
+    enum class Voice { aloud, quiet };
+
+    void begin(Voice);
     void feedArrived(platform::FetchResult);
     void offer(Appcast::Release);
     void download(Appcast::Release);
@@ -59,6 +66,7 @@ private:
     platform::Panels& m_panels;
     bool m_isActive;
     bool m_isChecking { false };
+    Voice m_voice { Voice::aloud };
     std::unique_ptr<platform::ProgressPanel> m_progress;
     Lifetime m_lifetime;
 };

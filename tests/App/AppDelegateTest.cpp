@@ -110,6 +110,68 @@ TEST_F(AppDelegateTest, AfterSleepOnlyWhatFailedOrWasSignedOutLoadsAgain)
     EXPECT_THAT(mail->events, testing::IsEmpty()) << "the user may be typing a password there";
 }
 
+TEST_F(AppDelegateTest, LooksForANewerReleaseOnceADayAndSaysNothingElse)
+{
+    class FakeUpdater final : public platform::Updater {
+    public:
+        void fetch(Url const&, std::size_t, std::function<void(double)>, Reply<platform::FetchResult> reply) override
+        {
+            ++fetches;
+            std::move(reply)(feed.empty() ? platform::FetchResult { .problem = "no network" }
+                                          : platform::FetchResult { .content = feed });
+        }
+        void cancelFetch() override { }
+        std::unique_ptr<platform::ProgressPanel> showProgress(std::string const&, std::function<void()>) override
+        {
+            ADD_FAILURE() << "nobody asked";
+            return nullptr;
+        }
+        void keep(std::string, Reply<std::optional<platform::PackageFile>>) override { }
+        void install(platform::PackageFile const&, Reply<std::optional<std::string>>) override { }
+
+        int fetches { 0 };
+        std::string feed;
+    } updater;
+    auto const feed = [](std::string const& version) {
+        return "<rss xmlns:sparkle='s'><channel><item><enclosure url='https://u.example/t.deb' length='7' "
+               "sparkle:edSignature='c2ln' sparkle:version='"
+            + version + "'/></item></channel></rss>";
+    };
+    Timestamp now = *fromIso8601("2026-11-21T12:00:00Z");
+    environment.store.now = [&] { return now; };
+    environment.updater = &updater;
+    environment.update = { .feedURL = "https://u.example/feed", .publicEDKey = "key", .currentVersion = "2.0" };
+    auto const pass = [&](std::chrono::hours hours) {
+        now += hours;
+        runLoop.advance(hours);
+    };
+    auto const restart = [&] {
+        delegate = std::make_unique<AppDelegate>(environment);
+        delegate->applicationDidFinishLaunching();
+        pass(std::chrono::hours(0));
+    };
+    defaults.values["LastUpdateCheck"] = "2099-01-01T00:00:00Z";
+    restart();
+    EXPECT_EQ(updater.fetches, 1) << "a clock was wrong";
+    pass(std::chrono::hours(20));
+    restart();
+    pass(std::chrono::hours(3));
+    EXPECT_EQ(updater.fetches, 1);
+    updater.feed = feed("2.0");
+    pass(std::chrono::hours(1));
+    EXPECT_EQ(updater.fetches, 2);
+    EXPECT_TRUE(panels.alerts.empty()) << "neither that it failed nor that all is new";
+    updater.feed = feed("2.1");
+    pass(std::chrono::hours(24));
+    ASSERT_EQ(panels.alerts.size(), 1U);
+    EXPECT_EQ(panels.alerts.front().panel.message, "A new version of Tarn is available");
+
+    environment.update.updatedBy = "Flatpak";
+    restart();
+    pass(std::chrono::hours(24));
+    EXPECT_EQ(updater.fetches, 3) << "somebody else's business";
+}
+
 TEST_F(AppDelegateTest, BecomesTheDefaultEmailAppOrSaysWhyNot)
 {
     DefaultEmailApp app(workspace, panels);
