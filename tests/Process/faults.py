@@ -46,7 +46,6 @@ def name(process):
 class Faults(ProcessTest):
     def setUp(self):
         super().setUp()
-        self.scratch = pathlib.Path(os.fsdecode(self.home)).parent
         self.calls = self.scratch / "calls"
         self.clock = self.scratch / "clock"
         self.faulty = {
@@ -78,7 +77,9 @@ class Faults(ProcessTest):
         before = {account: self.pages(account) for account in ("ada", "bo")}
         process = self.start(**environment)
         wait_for(lambda: any(self.pages(account) > count for account, count in before.items()), "a first page")
-        profile, account = self.other
+        saved = self.saved()
+        active = next(p["name"] for p in saved["profiles"] if p["id"] == saved["activeID"])
+        profile, account = ("Work", "bo") if active == "Personal" else ("Personal", "ada")
         before = self.pages(account)
         subprocess.run([PROGRAM, "--profile", profile], env=self.environment, check=True, timeout=PATIENCE)
         self.wait_for_page(account, before)
@@ -87,14 +88,12 @@ class Faults(ProcessTest):
         wait_for(lambda: not self.session(process.pid), "the end of its processes")
 
     def test_every_save_may_fail_once(self):
-        self.other = ("Work", "bo")
         self.work_and_end(self.faulty)
         fresh = [line.split(maxsplit=2) for line in self.calls.read_text().splitlines()]
         names = [profile["name"] for profile in self.saved()["profiles"]]
         self.assertEqual(names, ["Personal", "Work"])
         self.assertGreater(len(fresh), 10)
         self.calls.unlink()
-        self.other = ("Personal", "ada")
         self.work_and_end(self.faulty)
         count = len(self.calls.read_text().splitlines())
         self.assertGreater(count, 5)
@@ -102,7 +101,6 @@ class Faults(ProcessTest):
         for number in range(1, count + 1):
             for error in ERRORS if os.environ.get("TARN_FAULTS") == "all" else (ERRORS[number % len(ERRORS)],):
                 self.calls.unlink(missing_ok=True)
-                self.other = ("Work", "bo") if self.other[0] == "Personal" else ("Personal", "ada")
                 with self.subTest(number=number, error=errno.errorcode[error]):
                     self.work_and_end(self.faulty | {"FAULT_AT": str(number), "FAULT_ERROR": str(error)})
                     lines = self.calls.read_text().splitlines()
@@ -116,7 +114,6 @@ class Faults(ProcessTest):
 
     def test_a_first_start_may_fail_to_save(self):
         """Whatever fails at the first start: the next one works, and finds the profiles that were saved, or none."""
-        self.other = ("Work", "bo")
         process = self.start("--hidden", **self.faulty)
         wait_for(lambda: os.path.exists(self.profiles) and len(self.saved()["profiles"]) == 2, "profiles")
         self.assertEqual(self.end(process, signal.SIGTERM), 0)
@@ -156,7 +153,6 @@ class Faults(ProcessTest):
         self.assertEqual(self.end(process, signal.SIGTERM), 0)
 
     def test_the_clock_may_be_set_back(self):
-        self.other = ("Work", "bo")
         self.work_and_end(self.faulty)
         before = self.pages("bo")
         process = self.start(**self.faulty)
@@ -167,7 +163,6 @@ class Faults(ProcessTest):
             subprocess.run([PROGRAM, "--profile", profile], env=self.environment, check=True, timeout=PATIENCE)
             self.wait_for_page(account, before)
         self.assertEqual(self.end(process, signal.SIGTERM), 0)
-        self.other = ("Work", "bo")
         self.work_and_end(self.faulty)
         self.assertEqual([p["name"] for p in self.saved()["profiles"]], ["Personal", "Work"])
 

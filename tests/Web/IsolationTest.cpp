@@ -1,3 +1,4 @@
+#include "Fakes/FakePanels.h"
 #include "Web/WebTest.h"
 
 #include <gmock/gmock.h>
@@ -107,6 +108,69 @@ TEST_F(IsolationTest, ADeletedProfileLeavesNothing)
     EXPECT_FALSE(std::filesystem::exists(cacheFolder(home))) << list(cacheFolder(home));
     EXPECT_FALSE(holds(folder.path(), home.string())) << "nor its name";
     EXPECT_TRUE(std::filesystem::exists(dataFolder(work)));
+}
+
+TEST_F(IsolationTest, WhatWasCachedAllowedZoomedAndSavedStaysInItsProfile)
+{
+    test::FakePanels panelsOfTheTest;
+    desktopPanels = &panelsOfTheTest;
+    launch();
+    auto const home = profiles().activeID();
+    auto const work = profiles().create("Work", { GoogleApp::keep }).id;
+    open(GoogleApp::keep);
+    auto const page = [this]() -> gtk::WebView& { return view(GoogleApp::keep); };
+    auto const location = [&] {
+        evaluate(page(),
+            "void (window.answer = '', navigator.geolocation.getCurrentPosition(() => { answer = 'given' },"
+            " (error) => { answer = 'code ' + error.code }))");
+    };
+    auto const state
+        = [&] { return evaluate(page(), "navigator.permissions.query({ name: 'geolocation' }).then(s => s.state)"); };
+    auto const fetchStyle = [&] {
+        EXPECT_EQ(evaluate(page(), "fetch('/keep.css').then((r) => r.text()).then(() => 'read')"), "read");
+        return requestCount("keep.google.com", "/keep.css");
+    };
+    auto const saveFile = [&] {
+        auto const before = requestCount("keep.google.com", "/_stage/download/file");
+        page().load({ .url = *Url::parse("https://keep.google.com/_stage/download/file") });
+        waitUntil([&] { return !panelsOfTheTest.savePanels.empty(); }, "panel");
+        panelsOfTheTest.save(std::nullopt);
+        EXPECT_EQ(requestCount("keep.google.com", "/_stage/download/file"), before + 1);
+        return stage.requests().back().account;
+    };
+
+    auto const asked = fetchStyle();
+    EXPECT_EQ(fetchStyle(), asked) << "the cache holds at all";
+    location();
+    waitUntil([&] { return !panelsOfTheTest.alerts.empty(); }, "question");
+    panelsOfTheTest.press(0);
+    waitUntil([&] { return state() == "denied"; }, "answer");
+    EXPECT_TRUE(controller().perform(platform::Command::zoomIn, 0));
+    auto const zoomed = page().pageZoom();
+    EXPECT_GT(zoomed, 1);
+    EXPECT_EQ(saveFile(), "ada");
+
+    profiles().setActive(work);
+    waitForPage(GoogleApp::keep);
+    EXPECT_EQ(state(), "prompt");
+    EXPECT_EQ(page().pageZoom(), 1);
+    EXPECT_GT(fetchStyle(), asked) << "the second profile asks the server itself";
+    EXPECT_EQ(saveFile(), "bo") << "with its own cookies";
+
+    profiles().setActive(home);
+    waitForPage(GoogleApp::keep);
+    EXPECT_EQ(state(), "denied");
+    EXPECT_EQ(page().pageZoom(), zoomed);
+    terminate();
+    ASSERT_NE(list(folder.path()).find(home.string() + ".json"), std::string::npos) << "the answer was kept";
+    launch();
+    std::optional<std::optional<std::string>> answer;
+    controller().deleteProfile(home, [&](std::optional<std::string> error) { answer = std::move(error); });
+    waitUntil([&] { return answer.has_value(); }, "removal");
+    EXPECT_EQ(*answer, std::nullopt);
+    terminate();
+    EXPECT_EQ(list(folder.path()).find(home.string()), std::string::npos) << list(folder.path());
+    EXPECT_FALSE(holds(folder.path(), home.string()));
 }
 
 TEST_F(IsolationTest, HttpPasswordsStayInTheirProfile)

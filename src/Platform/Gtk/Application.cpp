@@ -132,6 +132,9 @@ void Application::on_startup()
     loadStyle();
     // Closing the window only hides it.
     hold();
+    // A session bus that ends takes notifications along, not half-written mail.
+    if (auto const bus = get_dbus_connection())
+        g_dbus_connection_set_exit_on_close(bus->gobj(), FALSE);
     auto const launch = Gio::SimpleAction::create(launchAction, LaunchMessage::type());
     launch->signal_activate().connect(
         [this](Glib::VariantBase const& message) { handle(LaunchMessage::unpack(message)); });
