@@ -5,6 +5,8 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include <algorithm>
+#include <array>
+#include <fstream>
 #include <string_view>
 
 namespace tarn::gtk {
@@ -18,10 +20,28 @@ constexpr double mostPixels = 50e6;
 struct Header {
     int width { 0 };
     int height { 0 };
-    // Photos are made smaller while they are read, drawings are made for a size.
-    bool isPhoto { false };
+    // Made smaller while it is read.
+    bool shrinks { false };
+    // Made for a size.
     bool isDrawing { false };
 };
+
+// Whether a JPEG file comes in several passes over the whole picture: its reader then keeps all of it in memory,
+// however small the result.
+bool isProgressive(std::filesystem::path const& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    stream.ignore(2);
+    for (std::array<unsigned char, 4> segment {};
+         stream.read(reinterpret_cast<char*>(segment.data()), segment.size());) {
+        int const marker = segment[1];
+        // One of the kinds of frames, which share their range with tables.
+        if (marker == 0xc0 || (marker > 0xc0 && marker <= 0xcf && marker % 4 != 0))
+            return marker % 4 == 2;
+        stream.ignore((segment[2] << 8) + segment[3] - 2);
+    }
+    return true;
+}
 
 Header readHeader(std::filesystem::path const& file)
 {
@@ -30,7 +50,7 @@ Header readHeader(std::filesystem::path const& file)
     if (!format)
         return {};
     auto* const name = gdk_pixbuf_format_get_name(format);
-    header.isPhoto = std::string_view(name) == "jpeg";
+    header.shrinks = std::string_view(name) == "jpeg" && !isProgressive(file);
     header.isDrawing = std::string_view(name) == "svg";
     g_free(name);
     return header;
@@ -48,7 +68,7 @@ Ref<GdkPixbuf> read(std::filesystem::path const& file, int size)
     // With the shorter side as long as needed. A strip would become huge.
     double const scaledPixels = size * (size * longer / shorter);
     bool const scales = scaledPixels < pixels || (header.isDrawing && scaledPixels <= mostPixels);
-    if (!(scales && (header.isPhoto || header.isDrawing)) && pixels > mostPixels)
+    if (!(scales && (header.shrinks || header.isDrawing)) && pixels > mostPixels)
         return {};
     return adopt(scales ? gdk_pixbuf_new_from_file_at_scale(
                      file.c_str(), isPortrait ? size : -1, isPortrait ? -1 : size, TRUE, nullptr)
