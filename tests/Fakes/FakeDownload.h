@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Download.h"
+#include "Support/Lifetime.h"
 
 namespace tarn::test {
 
@@ -15,7 +16,8 @@ public:
     void ask(std::string const& name)
     {
         delegate->decideDestination(*this, name,
-            { [this](std::optional<std::filesystem::path> answer) { destination = answer; }, std::nullopt });
+            { m_lifetime.guard([this](std::optional<std::filesystem::path> answer) { destination = answer; }),
+                std::nullopt });
     }
     void receive(platform::DownloadProgress const& progress)
     {
@@ -29,6 +31,9 @@ public:
     platform::DownloadDelegate* delegate { nullptr };
     platform::DownloadProgress now;
     std::optional<std::optional<std::filesystem::path>> destination;
+
+private:
+    Lifetime m_lifetime;
 };
 
 }

@@ -280,6 +280,11 @@ bool WebTest::holds(std::filesystem::path const& folder, std::string const& text
 
 void killWebProcesses()
 {
+    killEngineProcesses("WebKitWebProces");
+}
+
+void killEngineProcesses(std::string const& wanted)
+{
     // Found by their name among our own descendants: the sandbox puts two processes in between.
     auto const parentOf = [](std::string const& pid) {
         auto const status = [&] {
@@ -297,7 +302,7 @@ void killWebProcesses()
         std::ifstream stream(entry.path() / "comm");
         std::string name;
         std::getline(stream, name);
-        if (name != "WebKitWebProces")
+        if (name != wanted)
             continue;
         auto ancestor = pid;
         while (ancestor != own && ancestor != "0" && ancestor != "1" && !ancestor.empty())

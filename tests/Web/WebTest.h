@@ -103,7 +103,9 @@ protected:
     gtk::Activation activation;
 };
 
-// Ends all processes that run pages, as a crash would.
+// Ends all of the engine's processes of that name (as the kernel has it, 15 characters), as a crash would.
+void killEngineProcesses(std::string const& name);
+// Those that run pages.
 void killWebProcesses();
 
 }
