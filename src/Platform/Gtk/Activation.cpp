@@ -22,10 +22,12 @@ Activation::Activation(Gtk::Application& application)
 
 void Activation::watch(Gtk::Window& window)
 {
-    m_windows[&window] = window.property_is_active().signal_changed().connect([this] {
+    auto const changed = [this] {
         // From one window to another, for a moment none is active.
         Glib::signal_idle().connect_once(m_lifetime.guard([this] { activeChanged(); }));
-    });
+    };
+    m_windows[&window] = { window.property_is_active().signal_changed().connect(changed),
+        window.property_visible().signal_changed().connect(changed) };
 }
 
 void Activation::activeChanged()
@@ -38,7 +40,9 @@ void Activation::activeChanged()
 
 bool Activation::isActive() const
 {
-    return std::ranges::any_of(m_application.get_windows(), [](auto* window) { return window->is_active(); });
+    // A hidden window may call itself active still.
+    return std::ranges::any_of(
+        m_application.get_windows(), [](auto* window) { return window->is_visible() && window->is_active(); });
 }
 
 void Activation::activate()
@@ -61,7 +65,21 @@ void Activation::present(Gtk::Application& application, Gtk::Window& window)
     if (token)
         window.set_startup_id(token);
     g_free(token);
+    add(application, window);
     window.present();
+}
+
+void Activation::add(Gtk::Application& application, Gtk::Window& window)
+{
+    if (window.get_application())
+        return;
+    // The binding takes a window that is hidden out of its application, and when it comes back its title bar and menus
+    // do not find their actions again. What it hung on the signal, at the construction, is taken off.
+    auto const signal = g_signal_lookup("hide", GTK_TYPE_WIDGET);
+    if (auto const handler
+        = g_signal_handler_find(window.gobj(), G_SIGNAL_MATCH_ID, signal, 0, nullptr, nullptr, nullptr))
+        g_signal_handler_disconnect(window.gobj(), handler);
+    application.add_window(window);
 }
 
 }

@@ -6,6 +6,7 @@
 
 #include <gtkmm/application.h>
 
+#include <array>
 #include <map>
 #include <string>
 
@@ -23,13 +24,15 @@ public:
     // What desktops ask for before a program may raise a window without having the keyboard. For the next present().
     static void setToken(Gtk::Application&, std::string const& token);
     static void present(Gtk::Application&, Gtk::Window&);
+    // Makes the window one of the application's until it is destroyed; present() does so too.
+    static void add(Gtk::Application&, Gtk::Window&);
 
 private:
     void watch(Gtk::Window&);
     void activeChanged();
 
     Gtk::Application& m_application;
-    std::map<Gtk::Window*, ScopedConnection> m_windows;
+    std::map<Gtk::Window*, std::array<ScopedConnection, 2>> m_windows;
     ScopedConnection m_added;
     ScopedConnection m_removed;
     bool m_wasActive { false };

@@ -49,7 +49,7 @@ MainWindow::MainWindow(Gtk::Application& application, MainWindowAppearance const
     m_rows.append(m_box);
     m_window.set_child(m_rows);
 
-    application.add_window(m_window);
+    Activation::add(application, m_window);
     m_menuBar.setAccelerators(application);
 
     auto const changed = [this] { frameChanged(); };
@@ -77,8 +77,6 @@ MenuBarView::PlatformCommands MainWindow::platformCommands(WindowServices const&
 
 void MainWindow::present()
 {
-    // The toolkit takes a hidden window out of its application, and the keys of its commands with it.
-    m_application.add_window(m_window);
     if (!isVisible() && m_maximized)
         m_window.maximize();
     Activation::present(m_application, m_window);

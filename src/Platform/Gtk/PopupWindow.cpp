@@ -80,7 +80,6 @@ PopupWindow::~PopupWindow()
 
 void PopupWindow::present()
 {
-    m_application.add_window(m_window);
     bool const isFirst = !isVisible();
     if (isFirst)
         applyContentSize();

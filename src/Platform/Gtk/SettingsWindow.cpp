@@ -101,7 +101,6 @@ void SettingsWindow::addKey(guint key, Gdk::ModifierType modifiers, std::functio
 
 void SettingsWindow::present()
 {
-    m_application.add_window(m_window);
     Activation::present(m_application, m_window);
 }
 
