@@ -155,6 +155,17 @@ TEST_F(SettingsJourneyTest, AProfileIsMadeUsedChangedAndDeleted)
         [&] { return !std::filesystem::exists(dataFolder(made.id)) && !std::filesystem::exists(cacheFolder(made.id)); },
         "deleted data");
 
+    waitForWindow("Settings");
+    press("alt+g");
+    press("alt+s");
+    waitUntil([&] { return loginItem.enabled; }, "start at log-in");
+    press("Escape");
+    waitUntil([&] { return activeWindow() == &window(); }, "main window");
+    // The last item of the Profiles menu leads to the profiles, whatever was open.
+    press("alt+p");
+    press("Up");
+    press("Return");
+
     // Cancelling leaves nothing, and Escape closes one window after the other.
     waitForWindow("Settings");
     press("alt+n");
