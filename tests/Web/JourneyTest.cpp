@@ -223,6 +223,16 @@ TEST_F(NoSandboxTest, SaysWhatIsMissingInsteadOfShowingBlankPages)
     EXPECT_EQ(stack.get_visible_child_name(), "page");
 }
 
+// All that do something in the window, those in its menus too.
+void expectLiveButtons(Gtk::Widget& widget)
+{
+    auto const* const action
+        = GTK_IS_BUTTON(widget.gobj()) ? gtk_actionable_get_action_name(GTK_ACTIONABLE(widget.gobj())) : nullptr;
+    EXPECT_TRUE(!action || widget.is_sensitive()) << action;
+    for (auto* child = widget.get_first_child(); child; child = child->get_next_sibling())
+        expectLiveButtons(*child);
+}
+
 TEST_F(JourneyTest, AHiddenWindowComesBackWithItsKeysAndItsSize)
 {
     launch();
@@ -236,6 +246,7 @@ TEST_F(JourneyTest, AHiddenWindowComesBackWithItsKeysAndItsSize)
     waitUntil([&] { return window().is_visible() && window().is_active(); }, "window");
     press("ctrl+3");
     waitUntil([&] { return controller().current() == GoogleApp::drive; }, "keys after hiding");
+    expectLiveButtons(*window().get_titlebar());
 
     window().maximize();
     waitUntil([&] { return window().is_maximized(); }, "maximised");
