@@ -47,12 +47,13 @@ protected:
         return { [this, text](Answer answer) { answers.push_back(text(std::move(answer))); }, {} };
     }
 
+    // What is open at the end is still answered into it.
+    std::vector<std::string> answers;
     test::FakePanels panels;
     std::vector<std::string> log;
     Questions questions { panels, [this](std::string const& line) { log.push_back(line); } };
     test::FakeWebView view;
     test::FakeWebView other;
-    std::vector<std::string> answers;
 };
 
 TEST_F(PageQuestionsTest, DialogsHangOnTheViewAndSayOnlyWhatThePageSays)
