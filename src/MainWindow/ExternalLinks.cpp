@@ -34,13 +34,12 @@ void ExternalLinks::open(platform::WebView& from, Url const& url, platform::Navi
         "view-source"sv };
     static constexpr std::array harmless { "mailto"sv, "tel"sv };
     auto const scheme = url.scheme();
+    bool const isWeb = scheme == "https" || scheme == "http";
     if (contains(notForOthers, scheme))
         m_log("[Navigation] refused to hand over a \"" + std::string(scheme) + "\" address");
-    else if (scheme == "https" || scheme == "http")
-        m_workspace.open(url);
-    else if (!action.userGesture)
+    else if (!isWeb && !action.userGesture)
         m_log("[Navigation] refused a \"" + std::string(scheme) + "\" address that no one clicked");
-    else if (contains(harmless, scheme))
+    else if (isWeb || contains(harmless, scheme))
         m_workspace.open(url);
     else
         ask(from, url);
