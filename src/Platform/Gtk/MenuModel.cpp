@@ -6,6 +6,8 @@
 #include <giomm/menuitem.h>
 #include <giomm/simpleaction.h>
 
+#include <utility>
+
 namespace tarn::gtk {
 
 namespace {
@@ -25,8 +27,8 @@ std::string plainLabel(std::string const& title)
 }
 
 MenuModel::MenuModel(
-    platform::Menu const& menu, std::string const& prefix, Pictures& pictures, CommandAction const& commandAction)
-    : m_prefix(prefix)
+    platform::Menu const& menu, std::string prefix, Pictures& pictures, CommandAction const& commandAction)
+    : m_prefix(std::move(prefix))
     , m_pictures(pictures)
     , m_model(Gio::Menu::create())
     , m_actions(Gio::SimpleActionGroup::create())

@@ -31,7 +31,7 @@ public:
     };
 
     // The prefix is the name under which the caller inserts actions() into its widget.
-    MenuModel(platform::Menu const&, std::string const& prefix, Pictures&, CommandAction const& = {});
+    MenuModel(platform::Menu const&, std::string prefix, Pictures&, CommandAction const& = {});
 
     Glib::RefPtr<Gio::Menu> model() const { return m_model; }
     Glib::RefPtr<Gio::SimpleActionGroup> actions() const { return m_actions; }
