@@ -43,6 +43,7 @@ void Spelling::start()
         return;
     auto const names = dictionaries();
     std::vector<char const*> pointers;
+    pointers.reserve(names.size() + 1);
     for (auto const& name : names)
         pointers.push_back(name.c_str());
     pointers.push_back(nullptr);
