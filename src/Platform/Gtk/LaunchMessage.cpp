@@ -22,13 +22,13 @@ Glib::VariantBase pack(LaunchRequest const& request)
     return Glib::wrap(g_variant_ref_sink(g_variant_builder_end(&builder)));
 }
 
-LaunchRequest unpack(Glib::VariantBase const& message)
+LaunchRequest unpack(Glib::VariantBase message)
 {
     gboolean show = FALSE;
     g_autofree char* profile = nullptr;
     g_autofree char* item = nullptr;
     g_auto(GStrv) urls = nullptr;
-    g_variant_get(const_cast<GVariant*>(message.gobj()), "(b^ay^ay^aay)", &show, &profile, &item, &urls);
+    g_variant_get(message.gobj(), "(b^ay^ay^aay)", &show, &profile, &item, &urls);
     LaunchRequest request {
         .window = show ? LaunchRequest::Window::show : LaunchRequest::Window::leaveHidden,
         .profile = profile,

@@ -11,6 +11,6 @@ namespace tarn::gtk::LaunchMessage {
 Glib::VariantType const& type();
 Glib::VariantBase pack(LaunchRequest const&);
 // Of a variant of that type.
-LaunchRequest unpack(Glib::VariantBase const&);
+LaunchRequest unpack(Glib::VariantBase);
 
 }
