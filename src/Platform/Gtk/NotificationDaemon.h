@@ -58,7 +58,7 @@ private:
     void settle();
     void start();
     void answerReach(std::optional<std::string> const& problem);
-    void received(char const* signal, GVariant* parameters) const;
+    void received(char const* name, GVariant* parameters) const;
     void send(Notice const&, std::function<void(std::uint32_t, std::optional<Problem>)> const& completion);
     void call(char const* destination, char const* path, char const* interface, char const* method,
         GVariant* parameters, char const* replyType, std::chrono::milliseconds timeout, Done);
