@@ -264,7 +264,7 @@ class Tour(Visitor):
         self.photograph("new-window", self.desktop.screen)
         self.desktop.press("ctrl+w")
         self.wait(lambda: not self.other_windows(), "the window to close")
-        expect(self.shows("Mail"), "Mail was not left alone")
+        self.wait(lambda: self.shows("Mail"), "Mail, left alone")
 
     def signs_in_by_popup(self):
         self.click_in_page(self.app_page("Mail"), "open-sign-in")
