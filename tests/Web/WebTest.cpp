@@ -48,6 +48,14 @@ WebTest::WebTest(stage::SignIn signIn)
     , m_application(application())
     , activation(*m_application)
 {
+    // The toolkit notices much that goes wrong in memory, and goes on.
+    for (auto const* const domain : { "Gdk", "GLib-GObject", "Gtk" })
+        g_log_set_handler(
+            domain, G_LOG_LEVEL_CRITICAL,
+            [](char const* from, GLogLevelFlags, char const* message, gpointer) {
+                ADD_FAILURE() << from << ": " << message;
+            },
+            nullptr);
 }
 
 WebTest::~WebTest()

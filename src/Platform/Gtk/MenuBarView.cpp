@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace tarn::gtk {
 
@@ -88,7 +89,6 @@ MenuBarView::MenuBarView(
     , m_window(window)
     , m_pictures(pictures)
     , m_platformCommands(std::move(commands))
-    , m_widget(Gio::Menu::create())
 {
     for (auto const& menu : m_menuBar.menus())
         addActions(menu);
@@ -146,20 +146,28 @@ void MenuBarView::perform(Command command, int tag)
 
 void MenuBarView::rebuild()
 {
-    auto const bar = Gio::Menu::create();
-    m_models.clear();
+    // A bar that is given another model goes on pointing at the items it had. The old one may be what is clicked on: it
+    // ends on a later turn.
+    if (m_bar) {
+        m_widget.remove(*m_bar);
+        m_runLoop.post([bar = std::shared_ptr(std::move(m_bar)),
+                           models = std::make_shared<std::vector<MenuModel>>(std::move(m_models))] {});
+        m_models.clear();
+    }
+    auto const menus = Gio::Menu::create();
     for (std::size_t index = 0; index < m_menuBar.menus().size(); ++index) {
         auto const& menu = m_menuBar.menus()[index];
         auto const& model = m_models.emplace_back(menu, menuPrefix(index), m_pictures, &windowAction);
         m_window.insert_action_group(menuPrefix(index), model.actions());
         // Opens with Alt and its first letter.
-        bar->append_submenu("_" + menu.title, model.model());
+        menus->append_submenu("_" + menu.title, model.model());
     }
-    m_widget.set_menu_model(bar);
+    m_bar = std::make_unique<Gtk::PopoverMenuBar>(menus);
     for (auto const& model : m_models) {
         for (auto const& child : model.children())
-            m_widget.add_child(child.view->widget(), child.id);
+            m_bar->add_child(child.view->widget(), child.id);
     }
+    m_widget.append(*m_bar);
     revalidate();
 }
 

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "Platform/Gtk/MenuModel.h"
+#include "Platform/Gtk/RunLoop.h"
 #include "Platform/MenuBar.h"
 #include "Support/ScopedConnection.h"
 
 #include <gtkmm/applicationwindow.h>
+#include <gtkmm/box.h>
 #include <gtkmm/popovermenubar.h>
 
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace tarn::gtk {
@@ -52,7 +55,9 @@ private:
     PlatformCommands m_platformCommands;
     std::vector<Entry> m_entries;
     std::vector<MenuModel> m_models;
-    Gtk::PopoverMenuBar m_widget;
+    std::unique_ptr<Gtk::PopoverMenuBar> m_bar;
+    Gtk::Box m_widget;
+    RunLoop m_runLoop;
     ScopedConnection m_menusConnection;
     ScopedConnection m_statesConnection;
 };
