@@ -45,7 +45,6 @@ class Demo:
         """As the first and only one. What it is asked from now on counts."""
         self.badge = None
         self.progress = None
-        self.progress = None
         self.requests()
         self._first = len(self._entries)
         self.process = self._spawn(environment)

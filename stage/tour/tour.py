@@ -2,6 +2,7 @@
 true. Usage: tour.py DEMO OUTPUT, on a desktop of its own."""
 
 import os
+import re
 import shutil
 import sys
 import traceback
@@ -456,6 +457,11 @@ class Tour(Visitor):
         self.report.did("pressed Ctrl+Q")
         self.report.saw("the program ended as it should")
 
+    def was_faultless(self):
+        complaints = re.findall("(?:Gdk|Gtk)-CRITICAL.*", Path(self.demo.output.name).read_text(errors="replace"))
+        expect(not complaints, f"the toolkit says: {' '.join(complaints[:1])}")
+        self.report.saw("nothing critical in the program's output")
+
 
 STEPS = (
     ("Tarn opens its window", Tour.opens),
@@ -479,6 +485,7 @@ STEPS = (
     ("Profiles are made and deleted in the settings", Tour.manages_profiles),
     ("A download asks where, shows how far it is, and becomes a file", Tour.downloads),
     ("Dark, where the desktop is", Tour.turns_dark),
+    ("The toolkit found no fault in all this", Tour.was_faultless),
 )
 
 

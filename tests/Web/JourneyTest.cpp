@@ -297,31 +297,6 @@ TEST_F(JourneyTest, TheProfileMenuSwitchesByMouse)
     waitUntil([&] { return dockTile.badge == 3; }, "Ada again");
 }
 
-TEST_F(JourneyTest, AMenuBarThatWasUsedIsRebuilt)
-{
-    launch();
-    auto const work = profiles().create("Work", { GoogleApp::mail }).id;
-    open(GoogleApp::mail);
-    waitUntil([&] { return window().is_active(); }, "active window");
-    auto& titleBar = *window().get_titlebar();
-    clickAt(titleBar, 135, titleBar.get_height() / 2.0);
-    waitUntil(
-        [&] {
-            return window().get_focus() != nullptr
-                && !view(GoogleApp::mail).widget().is_ancestor(*window().get_focus());
-        },
-        "menu");
-    press("Down");
-    press("Return");
-    waitUntil([&] { return controller().current() == GoogleApp::calendar; }, "Calendar");
-    // Each replaces the menu of profiles.
-    profiles().setActive(work);
-    clickAt(titleBar, 135, titleBar.get_height() / 2.0, "");
-    waitForPage(GoogleApp::mail);
-    clickAt(titleBar, 400, titleBar.get_height() / 2.0, "");
-    waitUntil([&] { return dockTile.badge == 12; }, "Bo");
-}
-
 TEST_F(JourneyTest, ThePromotionCardIsDeclined)
 {
     launch();

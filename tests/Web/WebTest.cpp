@@ -49,7 +49,7 @@ WebTest::WebTest(stage::SignIn signIn)
     , activation(*m_application)
 {
     // The toolkit notices much that goes wrong in memory, and goes on.
-    for (auto const* const domain : { "Gdk", "GLib-GObject", "Gtk" })
+    for (auto const* const domain : { "Gdk", "Gtk" })
         g_log_set_handler(
             domain, G_LOG_LEVEL_CRITICAL,
             [](char const* from, GLogLevelFlags, char const* message, gpointer) {

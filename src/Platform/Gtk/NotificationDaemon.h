@@ -14,8 +14,8 @@
 
 namespace tarn::gtk {
 
-// The program of the desktop that shows notifications (org.freedesktop.Notifications, Desktop Notifications
-// Specification 1.2). It may be absent, start late, hang, end and start again; no call waits for it.
+// The program of the desktop that shows notifications (org.freedesktop.Notifications, version 1.2 of its
+// interface). It may be absent, start late, hang, end and start again; no call waits for it.
 class NotificationDaemon {
 public:
     // What the daemon is told; ids are its own, 0 is none.
