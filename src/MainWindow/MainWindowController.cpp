@@ -66,7 +66,13 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
       })
     , m_navigation(pageServices(), m_session)
     , m_mailPrint(m_environment.panels)
-    , m_popups(m_environment.runLoop)
+    , m_popups(
+          m_environment.runLoop,
+          [this](platform::WebViewConfiguration const& configuration) {
+              return std::make_unique<PopupWindowController>(
+                  m_environment.engine, m_environment.windows, configuration, pageServices());
+          },
+          m_environment.log)
 {
     if (!m_dataStoreFor)
         m_dataStoreFor = [this](Uuid const& id) { return m_environment.engine.dataStore(id); };
@@ -80,9 +86,11 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
     };
     m_navigation.onAsk = [this](Url const& url) { askWhereToOpen(url); };
     m_navigation.onPopup = [this](WebView&, platform::WebViewConfiguration const& configuration) {
-        auto* const popup = m_poolProfileID ? openPopup(configuration, *m_poolProfileID) : nullptr;
+        auto* const popup = m_poolProfileID ? m_popups.open(configuration, *m_poolProfileID) : nullptr;
         return popup ? &popup->webView() : nullptr;
     };
+    m_popups.onAsk = [this](Url const& url) { askWhereToOpen(url); };
+    m_popups.onClose = [this](WebView const& view) { m_recovery.forget(view); };
     m_unread.onTitlePrefix = [this](std::string const& prefix) { m_window->setTitle(prefix + title); };
     m_failedLoads.onRetry = [this] { m_session.retry(m_window->isVisible() ? currentView() : nullptr); };
     m_linkQuestion.onNewWindow = [this](Url const& url) { openWindow(url); };
@@ -233,31 +241,9 @@ Uuid MainWindowController::profileOf(WebView const& view) const
     return m_popups.profileOf(view).value_or(m_poolProfileID.value_or(m_profiles.activeID()));
 }
 
-PopupWindowController* MainWindowController::openPopup(
-    platform::WebViewConfiguration const& configuration, Uuid const& profile)
-{
-    if (m_popups.isFull()) {
-        m_environment.log("[Popups] refused a window: too many are open");
-        return nullptr;
-    }
-    auto& popup = m_popups.add(profile,
-        std::make_unique<PopupWindowController>(
-            m_environment.engine, m_environment.windows, configuration, pageServices()));
-    popup.onClose = [this, &popup] {
-        m_recovery.forget(popup.webView());
-        m_popups.remove(popup);
-    };
-    popup.onPopup = [this, profile](platform::WebViewConfiguration const& further) {
-        auto* const next = openPopup(further, profile);
-        return next ? &next->webView() : nullptr;
-    };
-    popup.onAsk = [this](Url const& url) { askWhereToOpen(url); };
-    return &popup;
-}
-
 void MainWindowController::openWindow(Url const& url)
 {
-    auto* const popup = m_poolProfileID ? openPopup(m_pool->makeConfiguration(), *m_poolProfileID) : nullptr;
+    auto* const popup = m_poolProfileID ? m_popups.open(m_pool->makeConfiguration(), *m_poolProfileID) : nullptr;
     if (!popup)
         return;
     popup->present();

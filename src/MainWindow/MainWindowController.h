@@ -94,8 +94,6 @@ private:
     platform::Menu profileMenu();
     PageServices pageServices();
     Uuid profileOf(platform::WebView const&) const;
-    // None when there are too many already.
-    PopupWindowController* openPopup(platform::WebViewConfiguration const&, Uuid const& profile);
 
     std::chrono::steady_clock::time_point now() const override { return m_environment.runLoop.now(); }
     void reloadApps(std::function<bool(platform::WebView const&)> const& isWanted) override;

@@ -4,15 +4,31 @@
 
 namespace tarn {
 
-PopupList::PopupList(platform::RunLoop& runLoop)
+PopupList::PopupList(platform::RunLoop& runLoop, Make make, Log log)
     : m_runLoop(runLoop)
+    , m_make(std::move(make))
+    , m_log(std::move(log))
 {
 }
 
-PopupWindowController& PopupList::add(Uuid const& profile, std::unique_ptr<PopupWindowController> popup)
+PopupWindowController* PopupList::open(platform::WebViewConfiguration const& configuration, Uuid const& profile)
 {
-    m_entries.push_back({ profile, std::move(popup) });
-    return *m_entries.back().controller;
+    if (m_entries.size() >= most) {
+        m_log("[Popups] refused a window: too many are open");
+        return nullptr;
+    }
+    m_entries.push_back({ profile, m_make(configuration) });
+    auto& popup = *m_entries.back().controller;
+    popup.onClose = [this, &popup] {
+        onClose(popup.webView());
+        remove(popup);
+    };
+    popup.onPopup = [this, profile](platform::WebViewConfiguration const& further) {
+        auto* const next = open(further, profile);
+        return next ? &next->webView() : nullptr;
+    };
+    popup.onAsk = [this](Url const& url) { onAsk(url); };
+    return &popup;
 }
 
 void PopupList::remove(PopupWindowController const& popup)

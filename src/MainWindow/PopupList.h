@@ -3,6 +3,7 @@
 #include "MainWindow/PopupWindowController.h"
 #include "Platform/RunLoop.h"
 #include "Support/Lifetime.h"
+#include "Support/Log.h"
 #include "Support/Uuid.h"
 
 #include <functional>
@@ -18,13 +19,18 @@ public:
     // A page that opens more windows than this gets no further one.
     static constexpr std::size_t most = 50;
 
-    explicit PopupList(platform::RunLoop&);
+    using Make = std::function<std::unique_ptr<PopupWindowController>(platform::WebViewConfiguration const&)>;
 
-    bool isFull() const { return m_entries.size() >= most; }
+    PopupList(platform::RunLoop&, Make, Log);
+
+    // A popup asks where a link is to open.
+    std::function<void(Url const&)> onAsk;
+    // The user or the page closed it; its view is on its way out.
+    std::function<void(platform::WebView const&)> onClose;
+
+    // Popups that it opens belong to the same profile. None when there are too many already.
+    PopupWindowController* open(platform::WebViewConfiguration const&, Uuid const& profile);
     std::size_t size() const { return m_entries.size(); }
-    PopupWindowController& add(Uuid const& profile, std::unique_ptr<PopupWindowController>);
-    // Out of the list at once; the popup, which may be the one that asks, ends on a later turn of the run loop.
-    void remove(PopupWindowController const&);
     // The popups end in the call.
     void closeAll(Uuid const& profile);
     void closeAll();
@@ -39,8 +45,12 @@ private:
     };
     using Entries = std::vector<Entry>;
     Entries::const_iterator entryOf(platform::WebView const&) const;
+    // Out of the list at once; the popup, which may be the one that asks, ends on a later turn of the run loop.
+    void remove(PopupWindowController const&);
 
     platform::RunLoop& m_runLoop;
+    Make m_make;
+    Log m_log;
     Entries m_entries;
     Entries m_closed;
     Lifetime m_lifetime;

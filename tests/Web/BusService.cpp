@@ -28,23 +28,28 @@ BusService::~BusService()
 
 void BusService::serve(char const* path, std::string const& interface, std::string const& description, Answer answer)
 {
+    handle(path, interface, description,
+        [answer = std::move(answer)](std::string const& method, GVariant* parameters, GDBusMethodInvocation* call) {
+            if (auto* const result = answer(method, parameters))
+                g_dbus_method_invocation_return_value(call, result);
+            else
+                g_dbus_method_invocation_return_dbus_error(call, "org.example.Refused", "refused");
+        });
+}
+
+void BusService::handle(char const* path, std::string const& interface, std::string const& description, Handler handler)
+{
     auto const xml = "<node><interface name='" + interface + "'>" + description + "</interface></node>";
     auto* const node = g_dbus_node_info_new_for_xml(xml.c_str(), nullptr);
     static GDBusInterfaceVTable const table { .method_call
-        =
-            [](GDBusConnection*, char const*, char const*, char const*, char const* method, GVariant* parameters,
-                GDBusMethodInvocation* invocation, gpointer data) {
-                if (auto* const result = (*static_cast<Answer*>(data))(method, parameters))
-                    g_dbus_method_invocation_return_value(invocation, result);
-                else
-                    g_dbus_method_invocation_return_dbus_error(invocation, "org.example.Refused", "refused");
-            },
+        = [](GDBusConnection*, char const*, char const*, char const*, char const* method, GVariant* parameters,
+              GDBusMethodInvocation* call, gpointer data) { (*static_cast<Handler*>(data))(method, parameters, call); },
         .get_property = nullptr,
         .set_property = nullptr,
         .padding = {} };
     g_dbus_connection_register_object(
-        m_bus.get(), path, node->interfaces[0], &table, new Answer(std::move(answer)),
-        [](gpointer data) { delete static_cast<Answer*>(data); }, nullptr);
+        m_bus.get(), path, node->interfaces[0], &table, new Handler(std::move(handler)),
+        [](gpointer data) { delete static_cast<Handler*>(data); }, nullptr);
     g_dbus_node_info_unref(node);
 }
 

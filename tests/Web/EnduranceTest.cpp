@@ -1,4 +1,5 @@
 #include "Fakes/FakePanels.h"
+#include "Web/StageProcess.h"
 #include "Web/WebTest.h"
 
 #include <gmock/gmock.h>
@@ -13,10 +14,11 @@ namespace tarn {
 namespace {
 
 // The same again and again: nothing that should be gone stays. Short in the suite; with TARN_ENDURANCE set as long as a
-// year of work, and then the memory may not grow either. That is said only where the stand-in services, which run in
-// this process, keep no connection per turn: each holds the system's certificates for itself, five MiB.
+// year of work, and then the memory may not grow either.
 class EnduranceTest : public test::WebTest {
 protected:
+    EnduranceTest() { proxyUri = services.proxyUri(); }
+
     static int rounds(int inSuite, int byCommand) { return isLong() ? byCommand : inSuite; }
     static bool isLong() { return std::getenv("TARN_ENDURANCE") != nullptr; }
 
@@ -26,21 +28,19 @@ protected:
         launch();
     }
     // Runs the step so often; the memory of the first fifth is what the end is compared with.
-    enum class Memory { flat, printed };
-    void repeat(int times, Memory expected, std::function<void(int)> const& step)
+    void repeat(int times, std::function<void(int)> const& step)
     {
         double before = 0;
         for (int turn = 0; turn < times; ++turn) {
             if (turn == times / 5)
                 before = memory();
             step(turn);
-            stage.clearRequests();
         }
         settle();
         RecordProperty("MiBBefore", std::to_string(before));
         RecordProperty("MiBAfter", std::to_string(memory()));
         std::printf("%d times: %.1f MiB, then %.1f MiB\n", times, before, memory());
-        if (isLong() && expected == Memory::flat) {
+        if (isLong()) {
             EXPECT_LT(memory(), 1.05 * before);
         }
     }
@@ -75,6 +75,7 @@ protected:
         EXPECT_LE(alive, most);
     }
 
+    test::StageProcess services;
     // Before the panels that may hold views.
     int alive { 0 };
     test::FakePanels panelsOfTheTest;
@@ -86,7 +87,7 @@ TEST_F(EnduranceTest, SwitchesOfProfile)
     std::array const ids { profiles().activeID(), profiles().create("Work", { GoogleApp::mail, GoogleApp::keep }).id };
     waitForPage(GoogleApp::mail);
     watch(view(GoogleApp::mail));
-    repeat(rounds(12, 1'000), Memory::printed, [&](int turn) {
+    repeat(rounds(12, 1'000), [&](int turn) {
         profiles().setActive(ids[(turn + 1) % 2]);
         watch(view(GoogleApp::mail));
         // Many a switch comes while the page of the one before is still loading.
@@ -107,7 +108,7 @@ TEST_F(EnduranceTest, SwitchesOfApp)
         watch(view(app));
     }
     int const views = alive;
-    repeat(rounds(100, 10'000), Memory::flat, [&](int turn) {
+    repeat(rounds(100, 10'000), [&](int turn) {
         controller().show(GoogleApp::allCases[static_cast<std::size_t>(turn) % GoogleApp::allCases.size()]);
         settle();
     });
@@ -123,7 +124,7 @@ TEST_F(EnduranceTest, Popups)
     open(GoogleApp::mail);
     auto& mail = view(GoogleApp::mail);
     auto const windows = g_list_model_get_n_items(gtk_window_get_toplevels());
-    repeat(rounds(5, 200), Memory::printed, [&](int turn) {
+    repeat(rounds(5, 200), [&](int turn) {
         evaluate(mail, "void (window.popup = open('/_stage/popup', '', 'width=400,height=300'))");
         waitUntil([&] { return popups.size() == static_cast<std::size_t>(turn) + 1; }, "popup");
         watch(*popups.back());
@@ -143,7 +144,7 @@ TEST_F(EnduranceTest, Downloads)
     open(GoogleApp::mail);
     auto& list = controller().downloads().list();
     int const times = rounds(10, 500);
-    repeat(times, Memory::flat, [&](int turn) {
+    repeat(times, [&](int turn) {
         evaluate(view(GoogleApp::mail), "void (location.href = '/_stage/download/file?size=100000')");
         waitUntil([&] { return !panelsOfTheTest.savePanels.empty(); }, "panel");
         panelsOfTheTest.save(folder / "Downloads" / std::to_string(turn));

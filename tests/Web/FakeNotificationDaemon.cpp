@@ -1,6 +1,5 @@
 #include "Web/FakeNotificationDaemon.h"
 
-#include <stdexcept>
 #include <utility>
 
 namespace tarn::test {
@@ -9,54 +8,28 @@ namespace {
 
 constexpr char const* busName = "org.freedesktop.Notifications";
 constexpr char const* objectPath = "/org/freedesktop/Notifications";
-constexpr char const* description = R"(<node><interface name="org.freedesktop.Notifications">
+constexpr char const* description = R"(
   <method name="GetCapabilities"><arg direction="out" type="as"/></method>
   <method name="Notify"><arg direction="in" type="s"/><arg direction="in" type="u"/><arg direction="in" type="s"/>
     <arg direction="in" type="s"/><arg direction="in" type="s"/><arg direction="in" type="as"/>
     <arg direction="in" type="a{sv}"/><arg direction="in" type="i"/><arg direction="out" type="u"/></method>
-  <method name="CloseNotification"><arg direction="in" type="u"/></method>
-</interface></node>)";
+  <method name="CloseNotification"><arg direction="in" type="u"/></method>)";
 
 }
 
 FakeNotificationDaemon::FakeNotificationDaemon(std::vector<char const*> capabilities)
     : m_capabilities(std::move(capabilities))
+    , m_service(busName)
 {
-    auto* const address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    m_bus = gtk::adopt(g_dbus_connection_new_for_address_sync(address,
-        static_cast<GDBusConnectionFlags>(
-            G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, nullptr));
-    g_free(address);
-    if (!m_bus)
-        throw std::runtime_error("no session bus");
-
-    auto* const node = g_dbus_node_info_new_for_xml(description, nullptr);
-    static GDBusInterfaceVTable const table { .method_call
-        = [](GDBusConnection*, char const*, char const*, char const*, char const* method, GVariant* parameters,
-              GDBusMethodInvocation* invocation,
-              gpointer self) { static_cast<FakeNotificationDaemon*>(self)->call(method, parameters, invocation); },
-        .get_property = nullptr,
-        .set_property = nullptr,
-        .padding = {} };
-    g_dbus_connection_register_object(m_bus.get(), objectPath, node->interfaces[0], &table, this, nullptr, nullptr);
-    g_dbus_node_info_unref(node);
-    auto* const answer = g_dbus_connection_call_sync(m_bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
-        "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", busName, 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1,
-        nullptr, nullptr);
-    if (!answer)
-        throw std::runtime_error("no name on the bus");
-    g_variant_unref(answer);
-}
-
-FakeNotificationDaemon::~FakeNotificationDaemon()
-{
-    g_dbus_connection_close_sync(m_bus.get(), nullptr, nullptr);
+    m_service.handle(objectPath, busName, description,
+        [this](std::string const& method, GVariant* parameters, GDBusMethodInvocation* invocation) {
+            call(method, parameters, invocation);
+        });
 }
 
 void FakeNotificationDaemon::emit(char const* signal, GVariant* parameters) const
 {
-    g_dbus_connection_emit_signal(m_bus.get(), nullptr, objectPath, busName, signal, parameters, nullptr);
+    m_service.emit(objectPath, busName, signal, parameters);
 }
 
 void FakeNotificationDaemon::emitAction(std::uint32_t id) const

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Platform/Gtk/Ref.h"
-
-#include <gio/gio.h>
+#include "Web/BusService.h"
 
 #include <cstdint>
 #include <functional>
@@ -28,7 +26,6 @@ public:
     };
 
     explicit FakeNotificationDaemon(std::vector<char const*> capabilities = { "actions", "body", "body-markup" });
-    ~FakeNotificationDaemon();
     FakeNotificationDaemon(FakeNotificationDaemon const&) = delete;
     FakeNotificationDaemon& operator=(FakeNotificationDaemon const&) = delete;
 
@@ -53,7 +50,7 @@ private:
     void emit(char const* signal, GVariant*) const;
 
     std::vector<char const*> m_capabilities;
-    gtk::Ref<GDBusConnection> m_bus;
+    BusService m_service;
     bool m_hangs { false };
     std::vector<std::function<void()>> m_held;
 };

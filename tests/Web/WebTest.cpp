@@ -72,7 +72,7 @@ void WebTest::startEngine(gtk::Sandbox& pageSandbox)
         [this](WebKitNetworkSession* session) {
             // A test may have a server of its own on this computer.
             static constexpr std::array<char const*, 2> direct { "127.0.0.1", nullptr };
-            auto* const proxy = webkit_network_proxy_settings_new(stage.proxyUri().c_str(), direct.data());
+            auto* const proxy = webkit_network_proxy_settings_new(proxyUri.c_str(), direct.data());
             webkit_network_session_set_proxy_settings(session, WEBKIT_NETWORK_PROXY_MODE_CUSTOM, proxy);
             webkit_network_proxy_settings_free(proxy);
             webkit_network_session_set_tls_errors_policy(session, WEBKIT_TLS_ERRORS_POLICY_IGNORE);

@@ -69,6 +69,8 @@ protected:
 
     TemporaryFolder folder;
     stage::StageServer stage;
+    // Where the engine, once started, finds all hosts.
+    std::string proxyUri { stage.proxyUri() };
     FakeWorkspace workspace;
     FakeDockTile dockTile;
     gtk::Panels panels;
