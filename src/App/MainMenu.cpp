@@ -170,7 +170,7 @@ std::vector<Menu> build()
         fileMenu(),
         editMenu(),
         viewMenu(),
-        Menu { .title = ProfileMenu::title, .entries = {} },
+        Menu { .title = ProfileMenu::title, .entries = {}, .changes = true },
         windowMenu(),
     };
 }

@@ -84,6 +84,8 @@ using MenuEntry = std::variant<MenuItem, Separator, Menu>;
 struct Menu {
     std::string title;
     std::vector<MenuEntry> entries;
+    // Of a top-level menu: its entries, closures only, are replaced while the bar is in use.
+    bool changes { false };
 };
 
 struct CommandState {

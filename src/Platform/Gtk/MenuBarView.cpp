@@ -89,11 +89,14 @@ MenuBarView::MenuBarView(
     , m_window(window)
     , m_pictures(pictures)
     , m_platformCommands(std::move(commands))
+    , m_widget(makeModel())
 {
     for (auto const& menu : m_menuBar.menus())
         addActions(menu);
-    rebuild();
-    m_menusConnection = m_menuBar.menusDidChange.connect([this] { rebuild(); });
+    addChildren();
+    showChanges();
+    revalidate();
+    m_menusConnection = m_menuBar.menusDidChange.connect([this] { showChanges(); });
     m_statesConnection = m_menuBar.statesDidChange.connect([this] { revalidate(); });
 }
 
@@ -144,31 +147,38 @@ void MenuBarView::perform(Command command, int tag)
         revalidate();
 }
 
-void MenuBarView::rebuild()
+Glib::RefPtr<Gio::Menu> MenuBarView::makeModel()
 {
-    // A bar that is given another model goes on pointing at the items it had. The old one may be what is clicked on: it
-    // ends on a later turn.
-    if (m_bar) {
-        m_widget.remove(*m_bar);
-        m_runLoop.post([bar = std::shared_ptr(std::move(m_bar)),
-                           models = std::make_shared<std::vector<MenuModel>>(std::move(m_models))] {});
-        m_models.clear();
-    }
-    auto const menus = Gio::Menu::create();
+    auto menus = Gio::Menu::create();
     for (std::size_t index = 0; index < m_menuBar.menus().size(); ++index) {
         auto const& menu = m_menuBar.menus()[index];
-        auto const& model = m_models.emplace_back(menu, menuPrefix(index), m_pictures, &windowAction);
-        m_window.insert_action_group(menuPrefix(index), model.actions());
         // Opens with Alt and its first letter.
-        menus->append_submenu("_" + menu.title, model.model());
+        auto const title = "_" + menu.title;
+        if (menu.changes) {
+            m_boxes.try_emplace(index, m_pictures);
+            menus->append_submenu(title, MenuBox::model(menuPrefix(index)));
+        } else {
+            menus->append_submenu(
+                title, m_models.emplace_back(menu, menuPrefix(index), m_pictures, &windowAction).model());
+        }
     }
-    m_bar = std::make_unique<Gtk::PopoverMenuBar>(menus);
+    return menus;
+}
+
+void MenuBarView::addChildren()
+{
     for (auto const& model : m_models) {
         for (auto const& child : model.children())
-            m_bar->add_child(child.view->widget(), child.id);
+            m_widget.add_child(child.view->widget(), child.id);
     }
-    m_widget.append(*m_bar);
-    revalidate();
+    for (auto& [index, box] : m_boxes)
+        m_widget.add_child(box.widget(), menuPrefix(index));
+}
+
+void MenuBarView::showChanges()
+{
+    for (auto& [index, box] : m_boxes)
+        box.show(m_menuBar.menus()[index]);
 }
 
 void MenuBarView::revalidate()
@@ -181,9 +191,8 @@ void MenuBarView::revalidate()
     }
     for (auto const& model : m_models) {
         for (auto const& child : model.children()) {
-            if (auto const* const command = std::get_if<Command>(&child.action))
-                child.view->setState(
-                    stateOf(*command, child.tag).value_or(platform::CommandState { .enabled = false }));
+            child.view->setState(
+                stateOf(child.command, child.tag).value_or(platform::CommandState { .enabled = false }));
         }
     }
 }

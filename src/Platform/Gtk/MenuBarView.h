@@ -1,12 +1,11 @@
 #pragma once
 
+#include "Platform/Gtk/MenuBox.h"
 #include "Platform/Gtk/MenuModel.h"
-#include "Platform/Gtk/RunLoop.h"
 #include "Platform/MenuBar.h"
 #include "Support/ScopedConnection.h"
 
 #include <gtkmm/applicationwindow.h>
-#include <gtkmm/box.h>
 #include <gtkmm/popovermenubar.h>
 
 #include <map>
@@ -38,7 +37,10 @@ private:
     void perform(platform::Command, int tag);
     void addActions(platform::Menu const&);
     void addAction(platform::MenuItem const&);
-    void rebuild();
+    // Fills the models and boxes.
+    Glib::RefPtr<Gio::Menu> makeModel();
+    void addChildren();
+    void showChanges();
     void revalidate();
     std::optional<platform::CommandState> stateOf(platform::Command, int tag) const;
 
@@ -55,9 +57,9 @@ private:
     PlatformCommands m_platformCommands;
     std::vector<Entry> m_entries;
     std::vector<MenuModel> m_models;
-    std::unique_ptr<Gtk::PopoverMenuBar> m_bar;
-    Gtk::Box m_widget;
-    RunLoop m_runLoop;
+    // Of the menus that change, by their position.
+    std::map<std::size_t, MenuBox> m_boxes;
+    Gtk::PopoverMenuBar m_widget;
     ScopedConnection m_menusConnection;
     ScopedConnection m_statesConnection;
 };

@@ -15,9 +15,14 @@ constexpr int spacing = 8;
 constexpr int iconSize = 18;
 constexpr int longestTitle = 40; // characters
 
-Ref<GtkWidget> makeButton()
+bool hasPicture(platform::MenuItem const& item)
 {
-    auto const role = GTK_ACCESSIBLE_ROLE_MENU_ITEM_RADIO;
+    return item.avatar || !item.icon.empty();
+}
+
+Ref<GtkWidget> makeButton(platform::MenuItem const& item)
+{
+    auto const role = hasPicture(item) ? GTK_ACCESSIBLE_ROLE_MENU_ITEM_RADIO : GTK_ACCESSIBLE_ROLE_MENU_ITEM;
     // With the style of the toolkit's own items.
     return sink(GTK_WIDGET(g_object_new(GTK_TYPE_BUTTON, "css-name", "modelbutton", "accessible-role", role, nullptr)));
 }
@@ -35,17 +40,25 @@ Gtk::Widget& makeImage(platform::MenuItem const& item, Pictures& pictures)
     return *icon;
 }
 
+void putAway(Gtk::Button& button)
+{
+    if (auto* const popover = gtk_widget_get_ancestor(GTK_WIDGET(button.gobj()), GTK_TYPE_POPOVER))
+        gtk_popover_popdown(GTK_POPOVER(popover));
 }
 
-MenuItemView::MenuItemView(platform::MenuItem const& item, std::string const& action, Pictures& pictures)
-    : m_owned(makeButton())
+}
+
+MenuItemView::MenuItemView(platform::MenuItem const& item, Pictures& pictures)
+    : m_owned(makeButton(item))
     , m_button(Glib::wrap(GTK_BUTTON(m_owned.get())))
     , m_check(Gtk::make_managed<Gtk::Image>())
 {
     auto* const row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, spacing);
     m_check->set_from_icon_name("object-select-symbolic");
-    row->append(*m_check);
-    row->append(makeImage(item, pictures));
+    if (hasPicture(item)) {
+        row->append(*m_check);
+        row->append(makeImage(item, pictures));
+    }
     auto* const title = Gtk::make_managed<Gtk::Label>(item.title);
     title->set_xalign(0);
     title->set_hexpand();
@@ -61,14 +74,24 @@ MenuItemView::MenuItemView(platform::MenuItem const& item, std::string const& ac
     m_button->add_css_class("tarn-menu-item");
     setAccessibleLabel(*m_button, item.title);
     setState({ .checked = item.checked });
+}
 
+MenuItemView::MenuItemView(platform::MenuItem const& item, std::string const& action, Pictures& pictures)
+    : MenuItemView(item, pictures)
+{
     gtk_actionable_set_detailed_action_name(GTK_ACTIONABLE(m_button->gobj()), action.c_str());
-    // The action comes first and may have replaced the menu, and this item with it.
-    g_signal_connect(m_button->gobj(), "clicked", G_CALLBACK(+[](GtkWidget* button, gpointer) {
-        if (auto* const popover = gtk_widget_get_ancestor(button, GTK_TYPE_POPOVER))
-            gtk_popover_popdown(GTK_POPOVER(popover));
-    }),
-        nullptr);
+    m_button->signal_clicked().connect([button = m_button] { putAway(*button); });
+}
+
+MenuItemView::MenuItemView(platform::MenuItem const& item, std::function<void()> closure, Pictures& pictures)
+    : MenuItemView(item, pictures)
+{
+    m_button->signal_clicked().connect([button = m_button, closure = std::move(closure)] {
+        putAway(*button);
+        // A copy: it may end the button, and this with it.
+        auto const run = closure;
+        run();
+    });
 }
 
 void MenuItemView::setState(platform::CommandState const& state)

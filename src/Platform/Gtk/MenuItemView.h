@@ -6,6 +6,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/image.h>
 
+#include <functional>
 #include <string>
 
 namespace tarn::gtk {
@@ -15,11 +16,15 @@ class MenuItemView {
 public:
     // The action is a detailed name.
     MenuItemView(platform::MenuItem const&, std::string const& action, Pictures&);
+    // The closure runs when the menu is on its way out, and may end the view.
+    MenuItemView(platform::MenuItem const&, std::function<void()>, Pictures&);
 
     Gtk::Widget& widget() { return *m_button; }
     void setState(platform::CommandState const&);
 
 private:
+    MenuItemView(platform::MenuItem const&, Pictures&);
+
     Ref<GtkWidget> m_owned;
     Gtk::Button* m_button;
     Gtk::Image* m_check;

@@ -2,7 +2,6 @@
 
 #include "Platform/Gtk/Accessible.h"
 #include "Platform/Gtk/KeyLabels.h"
-#include "Platform/Gtk/MenuModel.h"
 
 #include <glibmm/main.h>
 #include <gtkmm/image.h>
@@ -23,7 +22,7 @@ constexpr int profileSize = 36;
 constexpr int avatarSize = 32;
 constexpr int noPictureSize = 28;
 constexpr int menuDistance = 4;
-constexpr char const* menuPrefix = "profiles";
+constexpr char const* menuID = "profiles";
 
 void makeSidebarButton(Gtk::Button& button, std::string const& icon, std::string const& title, std::string const& key)
 {
@@ -83,8 +82,8 @@ private:
 SidebarView::SidebarView(tarn::SidebarView& sidebar, Pictures& pictures, int width)
     : Gtk::Box(Gtk::Orientation::VERTICAL)
     , m_sidebar(sidebar)
-    , m_pictures(pictures)
     , m_avatar(pictures, noPictureSize)
+    , m_menuBox(pictures)
 {
     add_css_class("tarn-sidebar");
     set_size_request(width, -1);
@@ -148,33 +147,36 @@ void SidebarView::renderProfile()
     m_avatar.show({ .image = profile.image, .size = avatarSize });
     if (profile.isMenuOpen) {
         m_profileButton.add_css_class("menu-open");
-        if (auto const& menu = m_sidebar.profileMenu(); menu && !m_menu)
+        if (auto const& menu = m_sidebar.profileMenu(); menu && !m_isMenuUp)
             openProfileMenu(*menu);
     } else {
         m_profileButton.remove_css_class("menu-open");
     }
 }
 
-void SidebarView::openProfileMenu(platform::Menu const& menu)
+void SidebarView::makeProfileMenu()
 {
-    m_menuModel = std::make_unique<MenuModel>(menu, menuPrefix, m_pictures);
-    m_menu = std::make_unique<Gtk::PopoverMenu>(m_menuModel->model());
-    for (auto const& child : m_menuModel->children())
-        m_menu->add_child(child.view->widget(), child.id);
-    m_menu->insert_action_group(menuPrefix, m_menuModel->actions());
+    m_menu = std::make_unique<Gtk::PopoverMenu>(MenuBox::model(menuID));
+    m_menu->add_child(m_menuBox.widget(), menuID);
     m_menu->set_parent(m_profileButton);
     m_menu->set_position(Gtk::PositionType::RIGHT);
     m_menu->set_offset(menuDistance, 0);
     m_menu->set_has_arrow(false);
     m_menu->signal_closed().connect([this] {
-        // The chosen item's action runs after this: the menu must live until then.
+        // The chosen item's closure runs after this: until then the menu counts as open.
         Glib::signal_idle().connect_once(m_lifetime.guard([this] {
-            m_menu->unparent();
-            m_menu.reset();
-            m_menuModel.reset();
+            m_isMenuUp = false;
             m_sidebar.profileMenuDidClose();
         }));
     });
+}
+
+void SidebarView::openProfileMenu(platform::Menu const& menu)
+{
+    if (!m_menu)
+        makeProfileMenu();
+    m_isMenuUp = true;
+    m_menuBox.show(menu);
     m_menu->popup();
 }
 

@@ -2,6 +2,7 @@
 
 #include "MainWindow/SidebarView.h"
 #include "Platform/Gtk/AvatarView.h"
+#include "Platform/Gtk/MenuBox.h"
 #include "Support/Lifetime.h"
 
 #include <gtkmm/box.h>
@@ -15,7 +16,6 @@
 namespace tarn::gtk {
 
 class AppButton;
-class MenuModel;
 
 // Draws the core's sidebar and reports clicks to it.
 class SidebarView final : public Gtk::Box {
@@ -26,16 +26,18 @@ public:
 private:
     void render();
     void renderProfile();
+    void makeProfileMenu();
     void openProfileMenu(platform::Menu const&);
 
     tarn::SidebarView& m_sidebar;
-    Pictures& m_pictures;
     std::vector<AppButton*> m_appButtons;
     Gtk::Button m_settingsButton;
     Gtk::Button m_profileButton;
     AvatarView m_avatar;
-    std::unique_ptr<MenuModel> m_menuModel;
+    MenuBox m_menuBox;
+    // Made when it is first opened.
     std::unique_ptr<Gtk::PopoverMenu> m_menu;
+    bool m_isMenuUp { false };
     Lifetime m_lifetime;
 };
 
