@@ -127,10 +127,10 @@ void MainWindow::watchFocus()
         bool const inMenu = isInside(focused, GTK_TYPE_POPOVER_MENU);
         bool const onBar = !inMenu && isInside(focused, GTK_TYPE_POPOVER_MENU_BAR);
         if (onBar && m_menuHadFocus) {
-            Glib::signal_idle().connect_once([this] {
+            Glib::signal_idle().connect_once(m_lifetime.guard([this] {
                 if (m_content && !isInside(m_window.get_focus(), GTK_TYPE_POPOVER_MENU))
                     focus(*m_content);
-            });
+            }));
         }
         m_menuHadFocus = inMenu;
     });

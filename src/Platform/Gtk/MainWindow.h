@@ -8,6 +8,7 @@
 #include "Platform/Gtk/SidebarView.h"
 #include "Platform/Gtk/WindowCommands.h"
 #include "Platform/Window.h"
+#include "Support/Lifetime.h"
 
 #include <gtkmm/applicationwindow.h>
 #include <gtkmm/headerbar.h>
@@ -57,6 +58,7 @@ private:
     DownloadsButton m_downloads;
     EditingCommands m_editing;
     MenuBarView m_menuBar;
+    Lifetime m_lifetime;
 };
 
 }

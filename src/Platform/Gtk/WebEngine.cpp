@@ -1,6 +1,7 @@
 #include "Platform/Gtk/WebEngine.h"
 
 #include "Platform/Gtk/BackgroundTask.h"
+#include "Platform/Gtk/FolderAliases.h"
 #include "Platform/Gtk/WebView.h"
 
 #include <algorithm>
@@ -31,7 +32,7 @@ void preferUserLanguages(WebKitWebContext* context)
 }
 
 WebEngine::WebEngine(Folders const& folders, Sandbox& sandbox, Log log, SessionSetUp setUp)
-    : m_folders { .data = m_aliases.of(folders.data), .cache = m_aliases.of(folders.cache) }
+    : m_folders { .data = FolderAliases::of(folders.data), .cache = FolderAliases::of(folders.cache) }
     , m_sandbox(sandbox)
     , m_log(std::move(log))
     , m_setUp(std::move(setUp))

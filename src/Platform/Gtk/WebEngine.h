@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Platform/Gtk/FolderAliases.h"
 #include "Platform/Gtk/MessageChannel.h"
 #include "Platform/Gtk/RemovedFolders.h"
 #include "Platform/Gtk/RunLoop.h"
@@ -42,7 +41,6 @@ public:
 private:
     WebsiteFolders foldersOf(Uuid const&) const;
 
-    FolderAliases m_aliases;
     Folders m_folders;
     Sandbox& m_sandbox;
     Log m_log;
