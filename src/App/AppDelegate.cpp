@@ -15,6 +15,7 @@ using platform::Command;
 AppDelegate::AppDelegate(AppEnvironment environment)
     : m_environment(std::move(environment))
     , m_defaultEmailApp(m_environment.workspace, m_environment.panels)
+    , m_safeRendering(std::move(m_environment.start), m_environment.defaults, m_environment.panels)
     , m_updater(m_environment.update,
           m_environment.hostsTests ? UpdaterManager::HostsTests::yes : UpdaterManager::HostsTests::no,
           m_environment.updater, m_environment.panels)
@@ -57,6 +58,9 @@ void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
             .runLoop = m_environment.runLoop,
             .downloadsFolder = m_environment.downloads,
             .notifications = m_notifications ? &*m_notifications : nullptr,
+            .onFirstPage = [this] { m_safeRendering.startSucceeded(); },
+            .restartSafely
+            = m_safeRendering.isOn() ? nullptr : std::function([this] { m_safeRendering.keepAndRestart(); }),
             .log = m_environment.log,
         });
     m_menuBar->setReceivers({ m_mainWindow.get(), this, &m_defaultEmailApp, &m_updater });
@@ -68,7 +72,7 @@ void AppDelegate::applicationDidFinishLaunching(LaunchRequest const& request)
     m_mainWindow->sidebar().onSettings = [this] { settingsController().show(); };
     m_environment.powerMonitor.setOnResume([this] { m_mainWindow->computerDidWake(); });
     if (request.window == LaunchRequest::Window::show)
-        m_mainWindow->showWindow();
+        showMainWindow();
     if (m_updater.isActive())
         m_updateSchedule.start([this] { m_updater.checkInBackground(); });
     application(std::exchange(m_pendingURLs, {}));
@@ -92,6 +96,8 @@ void AppDelegate::handle(LaunchRequest const& request)
         m_mainWindow->openWindow(*address);
     else if (!first && request.urls.empty() && request.window == LaunchRequest::Window::show)
         applicationShouldHandleReopen();
+    if (!first && request.rendering == Rendering::safe && request.window == LaunchRequest::Window::show && m_mainWindow)
+        m_safeRendering.offerRestart(&m_mainWindow->window());
 }
 
 void AppDelegate::application(std::vector<Url> const& urls)
@@ -131,11 +137,18 @@ void AppDelegate::openProfiles()
 void AppDelegate::applicationShouldHandleReopen()
 {
     if (m_mainWindow)
-        m_mainWindow->showWindow();
+        showMainWindow();
+}
+
+void AppDelegate::showMainWindow()
+{
+    m_mainWindow->showWindow();
+    m_safeRendering.remark(&m_mainWindow->window());
 }
 
 void AppDelegate::applicationWillTerminate()
 {
+    m_safeRendering.startSucceeded();
     if (!m_mainWindow)
         return;
     m_environment.powerMonitor.setOnResume(nullptr);
@@ -154,6 +167,7 @@ SettingsWindowController& AppDelegate::settingsController()
                 .windows = m_environment.windows,
                 .panels = m_environment.panels,
                 .loginItem = m_environment.loginItem,
+                .safeRendering = m_safeRendering,
                 .makeUuid = m_environment.store.makeUuid,
                 .notifications = { .workspace = m_environment.workspace,
                     .activation = m_environment.activation,

@@ -46,9 +46,11 @@ public:
 private:
     void openProfiles();
     void useProfile(std::string const& name);
+    void showMainWindow();
 
     AppEnvironment m_environment;
     DefaultEmailApp m_defaultEmailApp;
+    SafeRendering m_safeRendering;
     UpdaterManager m_updater;
     UpdateSchedule m_updateSchedule;
     std::optional<NotificationBridge> m_notifications;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "App/SafeRendering.h"
 #include "App/UpdaterManager.h"
 #include "MainWindow/MainWindowController.h"
 #include "Platform/Activation.h"
@@ -35,6 +36,7 @@ struct AppEnvironment {
     // None where there is nothing to update.
     platform::Updater* updater { nullptr };
     UpdaterManager::Configuration update {};
+    SafeRendering::Start start {};
     // The process hosts automated tests: the application stops at its menu.
     bool hostsTests { false };
     Log log;

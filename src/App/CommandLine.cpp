@@ -54,6 +54,8 @@ Meaning parse(std::vector<std::string> const& arguments)
             return ShowVersion {};
         } else if (argument == "--hidden") {
             request.window = LaunchRequest::Window::leaveHidden;
+        } else if (argument == "--safe-rendering") {
+            request.rendering = Rendering::safe;
         } else if (auto const profile = options.value(argument, "--profile")) {
             if (!*profile || (*profile)->empty())
                 return Refusal { "--profile needs the name of a profile" };
@@ -83,6 +85,8 @@ std::string help()
         + items
         + "\n"
           "  --hidden         start without showing the window\n"
+          "  --safe-rendering\n"
+          "                   draw everything in software, for broken graphics drivers\n"
           "  --version        print the version, and that of the web engine\n"
           "  -h, --help       print this\n"
           "\n"

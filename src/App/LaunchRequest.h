@@ -1,5 +1,7 @@
 #pragma once
 
+#include "App/Rendering.h"
+
 #include <string>
 #include <vector>
 
@@ -14,6 +16,8 @@ struct LaunchRequest {
     };
 
     Window window { Window::show };
+    // Of a start that finds no running instance.
+    Rendering rendering { Rendering::detected };
     // Name of the profile to work in; empty for the active one.
     std::string profile {};
     // One of NewItem::names, or empty.

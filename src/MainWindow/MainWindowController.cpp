@@ -84,6 +84,8 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
         if (&view == currentView())
             m_environment.menuBar.revalidate();
     };
+    m_recovery.onFirstPage = m_environment.onFirstPage;
+    m_recovery.restartSafely = m_environment.restartSafely;
     m_navigation.onAsk = [this](Url const& url) { askWhereToOpen(url); };
     m_navigation.onPopup = [this](WebView&, platform::WebViewConfiguration const& configuration) {
         auto* const popup = m_poolProfileID ? m_popups.open(configuration, *m_poolProfileID) : nullptr;

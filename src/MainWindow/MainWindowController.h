@@ -45,6 +45,10 @@ public:
         std::filesystem::path downloadsFolder;
         // Outlives the controller; none where the application notifies nobody.
         NotificationBridge* notifications { nullptr };
+        // Called once, when there is something to see.
+        std::function<void()> onFirstPage {};
+        // Starts the application again, drawing in software; none where it does so already.
+        std::function<void()> restartSafely {};
         Log log;
     };
     using DataStoreFor = std::function<std::shared_ptr<platform::WebsiteDataStore>(Uuid const&)>;

@@ -1,11 +1,23 @@
 #include "MainWindow/WebProcessRecovery.h"
 
+#include <utility>
+
 namespace tarn {
 
 void WebProcessRecovery::didTerminate(platform::WebView& view, platform::ProcessTermination const& termination)
 {
+    auto const reload = [this, &view] {
+        m_reloads.erase(&view);
+        view.reload();
+    };
     if (termination.reason == platform::ProcessTermination::Reason::cannotStart) {
-        showNotice(view, "Pages Cannot Be Shown Here", termination.explanation);
+        showNotice(view,
+            {
+                .title = "Pages Cannot Be Shown Here",
+                .text = termination.explanation,
+                .button = "Reload",
+                .onButton = reload,
+            });
         return;
     }
 
@@ -18,22 +30,37 @@ void WebProcessRecovery::didTerminate(platform::WebView& view, platform::Process
         view.reload();
         return;
     }
-    showNotice(
-        view, "This Page Keeps Stopping", "It ended several times within a minute, so Tarn has stopped reloading it.");
+    platform::PageNotice notice {
+        .title = "This Page Keeps Stopping",
+        .text = "It ended several times within a minute, so Tarn has stopped reloading it.",
+        .button = "Reload",
+        .onButton = reload,
+    };
+    if (!m_pageHasCome && restartSafely) {
+        notice.text += "\nNo page has come since Tarn was started: the graphics driver may be at fault. With safe "
+                       "rendering Tarn draws everything in software, which is slower.";
+        notice.secondButton = std::exchange(notice.button, "Restart with Safe Rendering");
+        notice.onSecondButton = std::exchange(notice.onButton, restartSafely);
+    }
+    showNotice(view, std::move(notice));
 }
 
-void WebProcessRecovery::showNotice(platform::WebView& view, std::string title, std::string text)
+void WebProcessRecovery::showNotice(platform::WebView& view, platform::PageNotice notice)
 {
-    view.showNotice(platform::PageNotice {
-        .title = std::move(title),
-        .text = std::move(text),
-        .button = "Reload",
-        .onButton =
-            [this, &view] {
-                m_reloads.erase(&view);
-                view.reload();
-            },
-    });
+    view.showNotice(std::move(notice));
+    somethingCame();
+}
+
+void WebProcessRecovery::pageCame()
+{
+    m_pageHasCome = true;
+    somethingCame();
+}
+
+void WebProcessRecovery::somethingCame()
+{
+    if (auto const first = std::exchange(onFirstPage, nullptr))
+        first();
 }
 
 }

@@ -24,6 +24,9 @@ struct PageNotice {
     std::string text;
     std::string button;
     std::function<void()> onButton;
+    // Beside it, less prominent; none without a title.
+    std::string secondButton {};
+    std::function<void()> onSecondButton {};
 };
 
 enum class FindDirection { forward, backward };

@@ -2,8 +2,9 @@
 
 namespace tarn {
 
-GeneralPane::GeneralPane(platform::LoginItem& loginItem)
+GeneralPane::GeneralPane(platform::LoginItem& loginItem, SafeRendering& safeRendering)
     : m_loginItem(loginItem)
+    , m_safeRendering(safeRendering)
 {
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "App/SafeRendering.h"
 #include "Platform/LoginItem.h"
 #include "Support/Lifetime.h"
 
@@ -10,7 +11,7 @@
 
 namespace tarn {
 
-// The settings' page about the application as a whole: whether it starts when the user logs in.
+// The settings' page about the application as a whole: whether it starts when the user logs in, and how it draws.
 class GeneralPane {
 public:
     static constexpr std::string_view title = "General";
@@ -18,9 +19,13 @@ public:
     static constexpr std::string_view loginTitle = "Start at log-in";
     static constexpr std::string_view loginNote
         = "Tarn then waits without a window, so that you hear of new mail before you have opened it.";
+    static constexpr std::string_view safeRenderingTitle = "Safe rendering";
+    static constexpr std::string_view safeRenderingNote
+        = "Everything is drawn in software, for graphics drivers that leave windows blank. It is slower, and takes "
+          "effect when Tarn is started again.";
 
-    // The login item outlives the pane.
-    explicit GeneralPane(platform::LoginItem&);
+    // Both outlive the pane.
+    GeneralPane(platform::LoginItem&, SafeRendering&);
     GeneralPane(GeneralPane const&) = delete;
     GeneralPane& operator=(GeneralPane const&) = delete;
 
@@ -34,8 +39,12 @@ public:
 
     void setStartsAtLogin(bool);
 
+    bool rendersSafely() const { return m_safeRendering.isKept(); }
+    void setRendersSafely(bool safe) { m_safeRendering.setKept(safe); }
+
 private:
     platform::LoginItem& m_loginItem;
+    SafeRendering& m_safeRendering;
     std::optional<bool> m_wanted;
     std::optional<std::string> m_error;
     Lifetime m_lifetime;

@@ -15,7 +15,7 @@ SettingsWindowController::SettingsWindowController(ProfileStore& profiles, Envir
     ProfilesPane::DeleteProfile deleteProfile, std::function<void()> openGmailSettings)
     : m_profilesPane(profiles, environment.panels, std::move(environment.makeUuid), std::move(deleteProfile))
     , m_notificationsPane(environment.notifications, std::move(openGmailSettings))
-    , m_generalPane(environment.loginItem)
+    , m_generalPane(environment.loginItem, environment.safeRendering)
     , m_window(environment.windows.makeSettingsWindow(*this))
 {
     m_profilesPane.sheetParent = m_window.get();

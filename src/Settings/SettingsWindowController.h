@@ -27,6 +27,7 @@ public:
         WindowFactory& windows;
         platform::Panels& panels;
         platform::LoginItem& loginItem;
+        SafeRendering& safeRendering;
         std::function<Uuid()> makeUuid;
         NotificationsPane::Environment notifications;
     };

@@ -3,12 +3,10 @@
 
 #include "Platform/Gtk/Application.h"
 #include "Platform/Gtk/CommandLineAnswer.h"
-#include "Platform/Gtk/Renderers.h"
 #include "Platform/Gtk/SessionBus.h"
+#include "Platform/Gtk/StartUp.h"
 #include "Profiles/ProfileStore.h"
 #include "StageServer.h"
-
-#include <glibmm/init.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -65,11 +63,8 @@ int main(int argc, char* argv[])
     if (auto const status = tarn::gtk::answerCommandLine(argc, argv))
         return *status;
     tarn::gtk::forgetUnreachableSessionBus();
-    tarn::gtk::chooseRenderers();
     auto options = demoOptions();
-    g_set_prgname(options.applicationId.c_str());
-    g_set_application_name("Tarn");
-    Glib::init();
+    tarn::gtk::prepareStart(options, argc, argv);
     try {
         // Services that run elsewhere are not part of what is measured.
         auto const* const elsewhere = std::getenv("TARN_STAGE_PROXY");
@@ -78,8 +73,7 @@ int main(int argc, char* argv[])
             stage.emplace(tarn::stage::StageServer::defaultServices(), stageOptions());
         auto const proxyUri = elsewhere ? elsewhere : stage->proxyUri();
         options.sessionSetUp = [proxyUri](WebKitNetworkSession* session) { leadTo(proxyUri, session); };
-        auto const application = Glib::make_refptr_for_instance(new tarn::gtk::Application(options));
-        return application->run(argc, argv);
+        return tarn::gtk::runApplication(options, argc, argv);
     } catch (std::exception const& error) {
         std::cerr << "tarn-demo: " << error.what() << '\n';
         return EXIT_FAILURE;

@@ -19,6 +19,7 @@ TEST(CommandLine, MeansWhatItSays)
     Row const rows[] {
         { {}, LaunchRequest {} },
         { { "--hidden" }, LaunchRequest { .window = Window::leaveHidden } },
+        { { "--safe-rendering" }, LaunchRequest { .rendering = Rendering::safe } },
         { { "mailto:a%40b@c?x=%20#f", "MAILTO:\xff" },
             LaunchRequest { .urls = { "mailto:a%40b@c?x=%20#f", "MAILTO:\xff" } } },
         { { "--profile", "--hidden", "mailto:a" }, LaunchRequest { .profile = "--hidden", .urls = { "mailto:a" } } },

@@ -336,6 +336,32 @@ TEST_F(PageNavigationTest, APageThatEndsAgainAndAgainIsGivenUp)
     EXPECT_EQ(view.events.size(), WebProcessRecovery::reloadsPerWindow + 2);
 }
 
+TEST_F(PageNavigationTest, SafeRenderingIsOfferedWherePagesEndBeforeTheFirstHasCome)
+{
+    int shown = 0;
+    int restarts = 0;
+    recovery.onFirstPage = [&] { ++shown; };
+    recovery.restartSafely = [&] { ++restarts; };
+    auto const giveUp = [&] {
+        while (!view.currentNotice)
+            view.terminate();
+    };
+    view.navigationDelegate->didCommit(view);
+    giveUp();
+    EXPECT_EQ(shown, 1) << "the notice";
+    view.currentNotice->onButton();
+    EXPECT_EQ(restarts, 1);
+    EXPECT_EQ(view.currentNotice->secondButton, "Reload");
+    view.currentNotice->onSecondButton();
+
+    view.navigationDelegate->didFinish(view);
+    view.showNotice({});
+    giveUp();
+    EXPECT_EQ(view.currentNotice->button, "Reload");
+    EXPECT_EQ(view.currentNotice->secondButton, "");
+    EXPECT_EQ(shown, 1);
+}
+
 TEST_F(PageNavigationTest, OneCrashNowAndThenIsAlwaysReloaded)
 {
     for (int i = 0; i < 20; ++i) {

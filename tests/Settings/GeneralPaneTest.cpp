@@ -1,6 +1,7 @@
 #include "Settings/GeneralPane.h"
 
 #include "Fakes/FakeDesktop.h"
+#include "Fakes/FakePanels.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,10 @@ namespace {
 TEST(GeneralPane, SaysWhatTheDesktopDid)
 {
     test::FakeLoginItem item;
-    GeneralPane pane(item);
+    test::FakeUserDefaults defaults;
+    test::FakePanels panels;
+    SafeRendering safeRendering({}, defaults, panels);
+    GeneralPane pane(item, safeRendering);
     int changes = 0;
     pane.onChange = [&] { ++changes; };
     pane.setStartsAtLogin(false);

@@ -25,7 +25,7 @@ constexpr std::chrono::seconds patience { 60 };
 Glib::RefPtr<Gtk::Application> application()
 {
     static auto const instance = [] {
-        gtk::chooseRenderers();
+        gtk::chooseRenderers(Rendering::detected);
         g_set_prgname(TARN_APPLICATION_ID);
         auto made = Gtk::Application::create(TARN_APPLICATION_ID ".Test", Gio::Application::Flags::NON_UNIQUE);
         made->register_application();

@@ -17,7 +17,6 @@
 #include "Platform/Gtk/SessionClient.h"
 #include "Platform/Gtk/SettingsWindow.h"
 #include "Platform/Gtk/Updater.h"
-#include "Platform/Gtk/UserDefaults.h"
 #include "Platform/Gtk/Workspace.h"
 
 #include <adwaita.h>
@@ -71,7 +70,7 @@ UpdaterManager::Configuration updateConfiguration()
 
 struct Application::Ports {
     Ports(Application& application, Options const& options)
-        : defaults(options.configuration / "Tarn" / "settings.ini", logToSystem)
+        : defaults(userDefaults(options))
         , workspace(options.applicationId, runLoop, logToSystem)
         , dockTile(application.get_dbus_connection(), options.applicationId)
         , loginItem(g_getenv("FLATPAK_ID") ? LoginItem::Road::portal : LoginItem::Road::autostartFolder,
@@ -115,6 +114,16 @@ Application::Options Application::userOptions()
     };
 }
 
+BlankStarts Application::blankStarts(Options const& options)
+{
+    return BlankStarts(options.cache / "Tarn" / "blank-starts");
+}
+
+UserDefaults Application::userDefaults(Options const& options)
+{
+    return { options.configuration / "Tarn" / "settings.ini", logToSystem };
+}
+
 Application::Application(Options options)
     : Gtk::Application(options.applicationId)
     , m_options(std::move(options))
@@ -125,6 +134,8 @@ Application::~Application() = default;
 
 void Application::on_startup()
 {
+    // Only now is this known to be the one instance; and the toolkit may be what ends it.
+    blankStarts(m_options).begin();
     // Pictures of whole pages come and go: each returns to the system by itself, instead of leaving holes.
     mallopt(M_MMAP_THRESHOLD, largeBuffer);
     Gtk::Application::on_startup();
@@ -171,6 +182,14 @@ void Application::on_startup()
         .notificationCenter = &m_ports->notificationCenter,
         .updater = &m_ports->updater,
         .update = updateConfiguration(),
+        .start = {
+            .plan = m_options.rendering,
+            .blankStarts = blankStarts(m_options),
+            .restart = [this] {
+                m_isToRestart = true;
+                m_ports->runLoop.post([this] { terminate(); });
+            },
+        },
         .hostsTests = g_getenv("XCTestConfigurationFilePath") != nullptr,
         .log = logToSystem,
     });
@@ -185,6 +204,9 @@ bool Application::local_command_line_vfunc(char**& arguments, int& exitStatus)
         try {
             // From here on this process is the only instance, or speaks to it.
             register_application();
+            if (is_remote() && request->rendering == Rendering::safe)
+                std::cerr << "tarn: Tarn is running already, and how it draws is chosen when it starts: safe rendering "
+                             "takes effect at its next full start.\n";
             activate_action(launchAction, LaunchMessage::pack(*request));
             exitStatus = EXIT_SUCCESS;
         } catch (Glib::Error const& error) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/AppDelegate.h"
+#include "Platform/Gtk/UserDefaults.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/Gtk/WindowCommands.h"
 
@@ -25,8 +26,13 @@ public:
         WebEngine::SessionSetUp sessionSetUp {};
         // Before the application opens its store for the first time.
         std::function<void(std::filesystem::path const& applicationSupport)> prepareData {};
+        // As prepareStart() planned it.
+        SafeRendering::Plan rendering {};
     };
 
+    // Where the starts are counted that end before they have shown anything.
+    static BlankStarts blankStarts(Options const&);
+    static UserDefaults userDefaults(Options const&);
     // The user's own folders, as the desktop standard names them.
     static Options userOptions();
 
@@ -34,6 +40,8 @@ public:
     ~Application() override;
 
     AppDelegate& delegate() { return *m_delegate; }
+    // After its end: it was ended to be started again, with safe rendering.
+    bool isToRestart() const { return m_isToRestart; }
 
 private:
     struct Ports;
@@ -58,6 +66,7 @@ private:
     std::unique_ptr<Ports> m_ports;
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<platform::Timer> m_farewell;
+    bool m_isToRestart { false };
 };
 
 }

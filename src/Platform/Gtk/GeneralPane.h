@@ -15,10 +15,12 @@ public:
     ~GeneralPane() override;
 
 private:
+    static void addRow(Gtk::Box& page, std::string const& title, Gtk::Switch&, std::string_view note);
     void render();
 
     tarn::GeneralPane& m_pane;
     Gtk::Switch m_login;
+    Gtk::Switch m_safeRendering;
     Gtk::Label* m_error;
 };
 

@@ -4,7 +4,7 @@ namespace tarn::gtk::LaunchMessage {
 
 Glib::VariantType const& type()
 {
-    static Glib::VariantType const theType("(bayayaay)");
+    static Glib::VariantType const theType("(bbayayaay)");
     return theType;
 }
 
@@ -13,6 +13,7 @@ Glib::VariantBase pack(LaunchRequest const& request)
     GVariantBuilder builder;
     g_variant_builder_init(&builder, type().gobj());
     g_variant_builder_add(&builder, "b", request.window == LaunchRequest::Window::show);
+    g_variant_builder_add(&builder, "b", request.rendering == Rendering::safe);
     g_variant_builder_add(&builder, "^ay", request.profile.c_str());
     g_variant_builder_add(&builder, "^ay", request.newItem.c_str());
     g_variant_builder_open(&builder, G_VARIANT_TYPE("aay"));
@@ -25,12 +26,14 @@ Glib::VariantBase pack(LaunchRequest const& request)
 LaunchRequest unpack(Glib::VariantBase message)
 {
     gboolean show = FALSE;
+    gboolean safe = FALSE;
     g_autofree char* profile = nullptr;
     g_autofree char* item = nullptr;
     g_auto(GStrv) urls = nullptr;
-    g_variant_get(message.gobj(), "(b^ay^ay^aay)", &show, &profile, &item, &urls);
+    g_variant_get(message.gobj(), "(bb^ay^ay^aay)", &show, &safe, &profile, &item, &urls);
     LaunchRequest request {
         .window = show ? LaunchRequest::Window::show : LaunchRequest::Window::leaveHidden,
+        .rendering = safe ? Rendering::safe : Rendering::detected,
         .profile = profile,
         .newItem = item,
     };

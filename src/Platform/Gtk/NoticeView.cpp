@@ -37,12 +37,20 @@ NoticeView::NoticeView(platform::PageNotice const& notice)
     text->set_focusable(false);
     append(*text);
 
+    auto* const buttons = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
+    buttons->set_halign(Gtk::Align::CENTER);
+    buttons->set_margin_top(12);
+    append(*buttons);
     m_button->add_css_class("pill");
     m_button->add_css_class("suggested-action");
-    m_button->set_halign(Gtk::Align::CENTER);
-    m_button->set_margin_top(12);
     m_button->signal_clicked().connect(notice.onButton);
-    append(*m_button);
+    buttons->append(*m_button);
+    if (notice.secondButton.empty())
+        return;
+    auto* const second = Gtk::make_managed<Gtk::Button>(notice.secondButton);
+    second->add_css_class("pill");
+    second->signal_clicked().connect(notice.onSecondButton);
+    buttons->append(*second);
 }
 
 }

@@ -8,23 +8,44 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace tarn::gtk {
 
 namespace {
 
-constexpr std::array<std::pair<char const*, char const*>, 3> softwareChoice { {
-    { "GDK_DEBUG", "gl-disable" },
-    { "GSK_RENDERER", "cairo" },
-    { "WEBKIT_DISABLE_DMABUF_RENDERER", "1" },
-} };
+struct Variable {
+    char const* name;
+    char const* value;
+    // The user's way to say the contrary.
+    char const* contrary;
+};
+
+constexpr std::array toolkitInSoftware {
+    Variable { "GDK_DEBUG", "gl-disable", nullptr },
+    Variable { "GSK_RENDERER", "cairo", nullptr },
+};
+constexpr std::array engineInSoftware {
+    Variable { "WEBKIT_DISABLE_DMABUF_RENDERER", "1", "WEBKIT_FORCE_DMABUF_RENDERER" },
+};
+constexpr std::array engineWithoutDriver {
+    Variable { "WEBKIT_DISABLE_COMPOSITING_MODE", "1", "WEBKIT_FORCE_COMPOSITING_MODE" },
+    // For what pages draw with GL themselves.
+    Variable { "LIBGL_ALWAYS_SOFTWARE", "1", nullptr },
+};
 
 std::vector<char const*>& chosen()
 {
     static std::vector<char const*> names;
     return names;
+}
+
+void choose(std::span<Variable const> variables)
+{
+    for (auto const& [name, value, contrary] : variables) {
+        if (!g_getenv(name) && !(contrary && g_getenv(contrary)) && g_setenv(name, value, FALSE))
+            chosen().push_back(name);
+    }
 }
 
 bool onlySoftwareGl()
@@ -59,14 +80,18 @@ void keepGlOutOfThisProcess()
 
 }
 
-void chooseRenderers()
+void chooseRenderers(Rendering rendering)
 {
-    if (g_getenv("GSK_RENDERER") || !onlySoftwareGl())
+    bool const userChose = g_getenv("GSK_RENDERER") != nullptr;
+    bool const isSafe = rendering == Rendering::safe;
+    if (!isSafe && (userChose || !onlySoftwareGl()))
         return;
-    for (auto const& [name, value] : softwareChoice) {
-        if (!g_getenv(name) && g_setenv(name, value, FALSE))
-            chosen().push_back(name);
-    }
+    choose(engineInSoftware);
+    if (isSafe)
+        choose(engineWithoutDriver);
+    if (userChose)
+        return;
+    choose(toolkitInSoftware);
     keepGlOutOfThisProcess();
 }
 
