@@ -68,9 +68,10 @@ void SafeRendering::remark(platform::SheetParent parent)
         ask(
             {
                 .message = "Safe rendering is on",
-                .informativeText = "Tarn ended several times before it had shown a page. The graphics driver may be at "
-                                   "fault, so everything is now drawn in software, which is slower. What you keep can "
-                                   "be switched off in the settings.",
+                .informativeText
+                = "Tarn ended several times before it had shown a page. The graphics driver may be at "
+                  "fault, so everything is now drawn in software, which is slower. You can switch it off "
+                  "in the settings.",
                 .buttons = { { .title = "Keep Safe Rendering" },
                     { .title = "Only This Time", .role = platform::ButtonRole::cancel } },
             },

@@ -4,12 +4,15 @@
 #include "Platform/Gtk/DockTile.h"
 #include "Platform/Gtk/LoginItem.h"
 #include "Platform/Gtk/PowerMonitor.h"
+#include "Platform/Gtk/Renderers.h"
 #include "Platform/Gtk/SessionClient.h"
+#include "Platform/Gtk/Workspace.h"
 #include "Web/BusService.h"
 #include "Web/WebTest.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 
 namespace tarn::test {
@@ -155,6 +158,36 @@ TEST_F(DesktopServicesTest, TellsEachDockTheCount)
     }
     waitUntil([&] { return !tile.isShown(); }, "end of the dock");
     EXPECT_GE(changes, 3);
+}
+
+TEST_F(DesktopServicesTest, LaunchedProgramsDrawAsTheyLike)
+{
+    g_setenv("WEBKIT_FORCE_COMPOSITING_MODE", "1", TRUE);
+    gtk::chooseRenderers(Rendering::safe);
+    auto const chosen = gtk::chosenRendererVariables();
+    EXPECT_GE(chosen.size(), 3U);
+    EXPECT_EQ(g_getenv("WEBKIT_DISABLE_COMPOSITING_MODE"), nullptr) << "the user wants the contrary";
+
+    auto const received = folder / "received";
+    auto const program = folder / "browser";
+    std::ofstream(program) << "#!/bin/sh\nenv > '" << received.string() << ".part'\nmv '" << received.string()
+                           << ".part' '" << received.string() << "'\n";
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    std::filesystem::path const applications = std::filesystem::path(g_get_user_data_dir()) / "applications";
+    std::filesystem::create_directories(applications);
+    std::filesystem::create_directories(g_get_user_config_dir());
+    std::ofstream(applications / "browser.desktop")
+        << "[Desktop Entry]\nType=Application\nName=Browser\nExec=" << program.string() << " %u\n";
+    std::ofstream(std::filesystem::path(g_get_user_config_dir()) / "mimeapps.list")
+        << "[Default Applications]\nx-scheme-handler/https=browser.desktop\n";
+    gtk::Workspace desktop(TARN_APPLICATION_ID, runLoop, [](std::string const& line) { ADD_FAILURE() << line; });
+    desktop.open(*Url::parse("https://a.example/"));
+    waitUntil([&] { return std::filesystem::exists(received); }, "browser");
+    std::ifstream environment(received);
+    for (std::string line; std::getline(environment, line);) {
+        EXPECT_TRUE(std::ranges::none_of(chosen, [&](std::string const& name) { return line.starts_with(name + "="); }))
+            << line;
+    }
 }
 
 TEST_F(DesktopServicesTest, StartsAtLogInByAFileOfTheUser)
