@@ -43,11 +43,18 @@ class SafeRendering(ProcessTest):
         self.silence.settimeout(PATIENCE)
         # The engine asks for a page: everything has started.
         self.silence.accept()[0].close()
+        self.kill(process)
+
+    def kill(self, process):
         self.end(process, signal.SIGKILL)
-        wait_for(lambda: not self.session(process.pid), "the end of its processes")
+        self.wait_for_rest(process)
 
     def quit(self, process):
         self.assertEqual(self.end(process, signal.SIGTERM), 0)
+        self.wait_for_rest(process)
+
+    def wait_for_rest(self, process):
+        wait_for(lambda: not self.session(process.pid), "the end of its processes")
 
     def drawing(self, process, kind="WebKitWebProces"):
         """What a page's process was told about drawing."""
@@ -58,7 +65,7 @@ class SafeRendering(ProcessTest):
                     if (folder / "comm").read_text().strip() != kind:
                         continue
                     lines = (folder / "environ").read_bytes().split(b"\0")
-                except (FileNotFoundError, ProcessLookupError):
+                except (FileNotFoundError, PermissionError, ProcessLookupError):
                     continue
                 if lines == [b""]:
                     continue  # it has ended
@@ -102,8 +109,7 @@ class SafeRendering(ProcessTest):
         process = self.start_and_wait()
         self.assertNotIn("LIBGL_ALWAYS_SOFTWARE", self.drawing(process))
         self.press(process, offer, "Escape")
-        self.end(process, signal.SIGKILL)
-        wait_for(lambda: not self.session(process.pid), "the end of its processes")
+        self.kill(process)
 
         # What has shown a page was no blank start, however it ended.
         process = self.start_and_wait()
@@ -128,7 +134,6 @@ class SafeRendering(ProcessTest):
         wait_for(lambda: self.drawing(process) == SAFE, "the new beginning's pages")
         self.assertIn("SafeRendering=true", self.settings.read_text())
         self.quit(process)
-        wait_for(lambda: not self.session(process.pid), "the end of the old beginning's processes too")
         process = self.start_and_wait()
         self.assertEqual(self.drawing(process), SAFE)
         self.assertEqual([title for title in self.titles(process) if title in (offer, begun)], [])
