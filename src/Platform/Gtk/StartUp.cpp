@@ -18,13 +18,13 @@ namespace {
 
 // The new beginning gets the environment as the user gave it. The links of the old one are not its business; its option
 // is for when the setting could not be saved.
-[[noreturn]] void restart(char* program)
+[[noreturn]] void restart(std::string program)
 {
     for (auto const* const name : chosenRendererVariables())
         g_unsetenv(name);
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     std::string option = "--safe-rendering";
-    std::array<char*, 3> const arguments { program, option.data(), nullptr };
+    std::array<char*, 3> const arguments { program.data(), option.data(), nullptr };
     execv("/proc/self/exe", arguments.data());
     std::cerr << "tarn: could not start again: " << g_strerror(errno) << '\n';
     std::exit(EXIT_FAILURE);
