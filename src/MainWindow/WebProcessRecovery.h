@@ -6,14 +6,17 @@
 #include <chrono>
 #include <deque>
 #include <map>
+#include <memory>
 
 namespace tarn {
 
-// Reloads a view whose process ended. A page that ends it again and again is not reloaded for ever: the view then shows
-// a notice with a Reload button.
+// Reloads a view whose process ended, after a pause. A page that ends it again and again is not reloaded for ever: the
+// view then shows a notice with a Reload button.
 class WebProcessRecovery {
 public:
     static constexpr std::chrono::seconds window { 60 };
+    // Of other processes that ended in the same moment the engine may not know yet, and give one of them to the page.
+    static constexpr std::chrono::milliseconds pause { 200 };
     // The view is given up when its process ends once more than this within the window.
     static constexpr std::size_t reloadsPerWindow { 3 };
 
@@ -24,15 +27,20 @@ public:
 
     void didTerminate(platform::WebView&, platform::ProcessTermination const&);
     // The view is gone.
-    void forget(platform::WebView const& view) { m_reloads.erase(&view); }
+    void forget(platform::WebView const& view) { m_views.erase(&view); }
     // All views are gone, or start afresh.
-    void forgetViews() { m_reloads.clear(); }
+    void forgetViews() { m_views.clear(); }
 
 private:
+    struct Reloads {
+        std::deque<std::chrono::steady_clock::time_point> times {};
+        std::unique_ptr<platform::Timer> next {};
+    };
+
     void showNotice(platform::WebView&, std::string title, std::string text);
 
     platform::RunLoop& m_runLoop;
-    std::map<platform::WebView const*, std::deque<std::chrono::steady_clock::time_point>> m_reloads;
+    std::map<platform::WebView const*, Reloads> m_views;
 };
 
 }
