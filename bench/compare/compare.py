@@ -80,6 +80,16 @@ class Keyboard:
         return now
 
 
+def spread(values):
+    return f"{statistics.median(values):.1f} ({min(values):.1f}–{max(values):.1f})"
+
+
+def describe_machine():
+    with open("/proc/cpuinfo") as cpu:
+        model = next(line.partition(": ")[2].strip() for line in cpu if line.startswith("model name"))
+    return f"{os.cpu_count()} processors, {model}; {platform.platform()}; load {os.getloadavg()}"
+
+
 class Figures:
     def __init__(self):
         self.values = {}
@@ -96,7 +106,7 @@ class Figures:
             row = f"{what:58}"
             for name in ("Tarn", "floor", "Chromium"):
                 values = by_program.get(name)
-                row += f"{statistics.median(values):10.1f} ({min(values):.1f}–{max(values):.1f})".rjust(26) if values else " " * 26
+                row += f"{spread(values) if values else '':>26}"
             print(row)
 
 
@@ -181,7 +191,7 @@ class Comparison:
         for what, profile in (("first", "Work"), ("later", "Personal"), ("later", "Work")):
             self.services.forget()
             begin = time.monotonic()
-            program.switch_to(profile)
+            program.launch(profile)
             shown = self.services.wait_for("mail", "painted", "drawn")
             self.figures.add(f"profile switch, {what} (ms)", program, 1000 * (shown - begin))
             settle()
@@ -232,10 +242,8 @@ class Comparison:
         self.report()
 
     def report(self):
-        with open("/proc/cpuinfo") as cpu:
-            model = next(line.partition(": ")[2].strip() for line in cpu if line.startswith("model name"))
         chromium = subprocess.run(["chromium", "--version"], capture_output=True, text=True).stdout.strip()
-        print(f"\n{os.cpu_count()} processors, {model}; {platform.platform()}; {chromium}; load {os.getloadavg()}")
+        print(f"\n{describe_machine()}; {chromium}")
         print(f"medians (least–most), in turn, {self.pairs} rounds")
         self.figures.write()
         print()

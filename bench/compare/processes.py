@@ -41,14 +41,19 @@ def _marked(process, marks):
     return any(mark in line for mark in marks)
 
 
-def memory(processes):
+def memory(processes, kinds=("Pss:",)):
     """Proportional set size in MiB: what is shared counts in parts."""
     total = 0
     for process in processes:
         for line in _read(Path(f"/proc/{process}/smaps_rollup")).splitlines():
-            if line.startswith("Pss:"):
+            if line.startswith(kinds):
                 total += int(line.split()[1])
     return total / 1024
+
+
+def written_memory(processes):
+    """Of that, what they have written to: not the code, of which any other program in the same engine shares a part."""
+    return memory(processes, ("Pss_Anon:", "Pss_Shmem:"))
 
 
 def processor_time(processes):
@@ -59,6 +64,12 @@ def processor_time(processes):
         if fields:
             total += int(fields[11]) + int(fields[12])
     return total / TICK
+
+
+def running_time(process):
+    """Seconds so far of all its threads that are still there, finer than processor_time."""
+    tasks = Path(f"/proc/{process}/task").glob("*/schedstat")
+    return sum(int((_read(task).split() or ["0"])[0]) for task in tasks) / 1e9
 
 
 def sleeps(process):

@@ -71,9 +71,10 @@ class Tarn(Program):
     def start(self):
         self.process = self.spawn(TARN_STAGE_PROXY=self.proxy, XDG_STATE_HOME=str(self.home))
 
-    def switch_to(self, profile):
-        """As a second start with --profile does, without the time that the second program takes to start."""
-        request = GLib.Variant("(bayayaay)", (True, profile.encode() + b"\0", b"\0", []))
+    def launch(self, profile="", urls=()):
+        """As a second start with --profile or links does, without the time that the second program takes to start."""
+        words = [word.encode() + b"\0" for word in (profile, "", *urls)]
+        request = GLib.Variant("(bayayaay)", (True, words[0], words[1], words[2:]))
         Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
             self.bus_name,
             "/" + self.bus_name.replace(".", "/"),

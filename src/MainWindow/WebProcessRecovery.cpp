@@ -7,7 +7,7 @@ namespace tarn {
 void WebProcessRecovery::didTerminate(platform::WebView& view, platform::ProcessTermination const& termination)
 {
     auto const reload = [this, &view] {
-        m_reloads.erase(&view);
+        m_views.erase(&view);
         view.reload();
     };
     if (termination.reason == platform::ProcessTermination::Reason::cannotStart) {
@@ -21,13 +21,16 @@ void WebProcessRecovery::didTerminate(platform::WebView& view, platform::Process
         return;
     }
 
-    auto& reloads = m_reloads[&view];
+    auto& [times, next] = m_views[&view];
     auto const now = m_runLoop.now();
-    while (!reloads.empty() && now - reloads.front() > window)
-        reloads.pop_front();
-    if (reloads.size() < reloadsPerWindow) {
-        reloads.push_back(now);
-        view.reload();
+    while (!times.empty() && now - times.front() > window)
+        times.pop_front();
+    if (times.size() < reloadsPerWindow) {
+        times.push_back(now);
+        next = m_runLoop.after(pause, [weak = view.weak()] {
+            if (auto const alive = weak.lock())
+                alive->reload();
+        });
         return;
     }
     platform::PageNotice notice {

@@ -7,14 +7,17 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 
 namespace tarn {
 
-// Reloads a view whose process ended. A page that ends it again and again is not reloaded for ever: the view then shows
-// a notice with a Reload button.
+// Reloads a view whose process ended, after a pause. A page that ends it again and again is not reloaded for ever: the
+// view then shows a notice with a Reload button.
 class WebProcessRecovery {
 public:
     static constexpr std::chrono::seconds window { 60 };
+    // Of other processes that ended in the same moment the engine may not know yet, and give one of them to the page.
+    static constexpr std::chrono::milliseconds pause { 200 };
     // The view is given up when its process ends once more than this within the window.
     static constexpr std::size_t reloadsPerWindow { 3 };
 
@@ -33,17 +36,22 @@ public:
     // It was loaded, or could not be loaded, which takes a process that works.
     void pageCame();
     // The view is gone.
-    void forget(platform::WebView const& view) { m_reloads.erase(&view); }
+    void forget(platform::WebView const& view) { m_views.erase(&view); }
     // All views are gone, or start afresh.
-    void forgetViews() { m_reloads.clear(); }
+    void forgetViews() { m_views.clear(); }
 
 private:
+    struct Reloads {
+        std::deque<std::chrono::steady_clock::time_point> times {};
+        std::unique_ptr<platform::Timer> next {};
+    };
+
     void showNotice(platform::WebView&, platform::PageNotice);
     void somethingCame();
 
     platform::RunLoop& m_runLoop;
     bool m_pageHasCome { false };
-    std::map<platform::WebView const*, std::deque<std::chrono::steady_clock::time_point>> m_reloads;
+    std::map<platform::WebView const*, Reloads> m_views;
 };
 
 }

@@ -12,6 +12,8 @@ from gi.repository import Gio
 from waiting import expect, wait_for
 
 APPLICATION_ID = "io.github.tarn.Tarn.Demo"
+# As the kernel calls them: fifteen letters.
+WEB_PROCESS, NETWORK_PROCESS = "WebKitWebProces", "WebKitNetworkPr"
 
 
 class Demo:
@@ -59,6 +61,9 @@ class Demo:
         environment = os.environ | {"TARN_STAGE_LOG": str(self.request_log)} | environment
         return subprocess.Popen([self.program], env=environment, stdout=self.output, stderr=subprocess.STDOUT)
 
+    def runs(self):
+        return self.process.poll() is None
+
     def must_run(self):
         expect(self.process.poll() is None, f"the program ended by itself, with {self.process.returncode}")
         return True
@@ -77,7 +82,8 @@ class Demo:
                 self.process.kill()
                 self.process.wait()
 
-    def web_processes(self):
+    def engine_processes(self, kind):
+        """Those of this program alone, by the beginning of their name."""
         parents = {}
         names = {}
         for folder in Path("/proc").glob("[0-9]*"):
@@ -97,12 +103,14 @@ class Demo:
                     return True
             return False
 
-        return {process for process, name in names.items() if name.startswith("WebKitWebProces") and descends(process)}
+        return {process for process, name in names.items() if name.startswith(kind) and descends(process)}
 
-    def kill_web_processes(self):
-        killed = self.web_processes()
+    def kill(self, kind):
+        killed = self.engine_processes(kind)
+        expect(killed, f"there was no {kind} to kill")
         for process in killed:
             os.kill(process, signal.SIGKILL)
+        wait_for(lambda: not killed & self.engine_processes(kind), f"the end of {kind}")
         return killed
 
     # What its pages asked for

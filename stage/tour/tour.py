@@ -1,6 +1,8 @@
 """A guided tour of the demo: it drives the real program with mouse and keys, and looks at each step whether it came
-true. Usage: tour.py DEMO OUTPUT, on a desktop of its own."""
+true. With --kill, processes of the engine are killed after each step, and the next one begins when the window shows
+again what it did. Usage: tour.py [--kill web|network] DEMO OUTPUT, on a desktop of its own."""
 
+import argparse
 import os
 import re
 import shutil
@@ -8,7 +10,8 @@ import sys
 import traceback
 from pathlib import Path
 
-from demo import APPLICATION_ID
+from crashes import Crashes
+from demo import APPLICATION_ID, NETWORK_PROCESS, WEB_PROCESS
 from desktop import Rect
 from visitor import APPS, Visitor
 from waiting import NotTrue, expect
@@ -18,6 +21,7 @@ FIRST, SECOND, THIRD = "Personal", "Work", "A client"
 OTHER_ROW = ("Switch", "Edit…", "Delete profile")
 ACTIVE_ROW = ("Edit…", "Delete profile")
 NEWS = "https://news.example/story"
+KINDS = {"web": WEB_PROCESS, "network": NETWORK_PROCESS}
 OUR_FILES = ("[0-9][0-9]-*.png", "failed.png", "tarn-demo.log", "requests.jsonl")
 
 
@@ -52,6 +56,7 @@ class Tour(Visitor):
         super().__init__(program, output)
         self.program = program
         self.report = report
+        self.crashes = Crashes(self)
 
     def photograph(self, name, rect=None):
         self.report.picture(self.settled_picture(rect or self.inside()), name)
@@ -189,15 +194,9 @@ class Tour(Visitor):
     def recovers(self):
         self.press("ctrl+5")
         self.see_app("Keep")
-        loads = {app: self.loads(app) for app in ("Mail", "Keep")}
-        killed = self.demo.kill_web_processes()
-        expect(killed, "there was no web process to kill")
-        self.report.did(f"killed all web processes ({len(killed)}) with SIGKILL, Keep in the window")
-        for app, count in loads.items():
-            self.wait(lambda: self.loads(app) > count, f"a new request for the page of {app}")
-            self.wait(lambda: len(self.beacons(app, "loaded")) > count, f"the page of {app} to come back")
-        self.see_app("Keep")
-        expect(not killed & self.demo.web_processes(), "a killed process is still there")
+        killed, apps = self.crashes.strike(WEB_PROCESS)
+        expect(apps == ["Mail", "Keep"], f"not Mail and Keep were open, but {apps}")
+        self.report.did(f"killed all web processes ({killed}) with SIGKILL, Keep in the window")
         self.report.saw("Keep and Mail loaded again by themselves, in new processes")
         self.photograph("recovered")
 
@@ -489,7 +488,7 @@ STEPS = (
 )
 
 
-def take(program, output):
+def take(program, output, kind):
     """Gives back whether all steps came true."""
     report = Report(output)
     tour = Tour(program, output, report)
@@ -497,6 +496,9 @@ def take(program, output):
         for title, step in STEPS:
             report.step(title)
             step(tour)
+            if kind and tour.demo.runs():
+                killed, apps = tour.crashes.strike(kind)
+                report.did(f"killed {kind} ({killed}) with SIGKILL; {', '.join(apps)} are there")
     except Exception as error:
         if not isinstance(error, NotTrue):
             traceback.print_exc()
@@ -512,15 +514,19 @@ def take(program, output):
 
 
 def main():
-    program, output = sys.argv[1], Path(sys.argv[2])
-    if not shutil.which(program):
-        sys.exit(f"take-tour: {program} is not a program")
+    parser = argparse.ArgumentParser(prog="take-tour")
+    parser.add_argument("--kill", choices=KINDS, help="what is killed after each step")
+    parser.add_argument("program", metavar="DEMO")
+    parser.add_argument("output", metavar="OUTPUT", type=Path)
+    arguments = parser.parse_args()
+    if not shutil.which(arguments.program):
+        parser.error(f"{arguments.program} is not a program")
     # Made anew, as far as it is ours.
-    output.mkdir(parents=True, exist_ok=True)
+    arguments.output.mkdir(parents=True, exist_ok=True)
     for pattern in OUR_FILES:
-        for file in output.glob(pattern):
+        for file in arguments.output.glob(pattern):
             file.unlink()
-    sys.exit(0 if take(program, output) else 1)
+    sys.exit(0 if take(arguments.program, arguments.output, KINDS.get(arguments.kill)) else 1)
 
 
 main()

@@ -46,9 +46,13 @@ class Visitor:
         self.desktop = Desktop()
         self.widgets = Accessibility((home / "accessibility.log").open("w"))
         self.demo = Demo(program, output, self._make_browser(home))
-        # Where the log was when the pages that are open now began, and who is signed in on them.
-        self.mark = 0
-        self.person = ""
+        self.begin(0, "")
+
+    def begin(self, mark, person):
+        """The pages begin anew: where the log is then, and who is signed in on them."""
+        self.mark, self.person = mark, person
+        # The apps that have been in the window since.
+        self.opened = set()
 
     def close(self):
         self.demo.end()
@@ -163,6 +167,7 @@ class Visitor:
         command = f"show-app-{APPS.index(app) + 1}"
         self.wait(lambda: self.demo.commands()[1][command], f"{app} as the chosen app")
         self.wait(lambda: self.shows(app), f"{app} in the window, for {self.person}")
+        self.opened.add(app)
         return loaded
 
     def see_mail(self, unread):
@@ -216,8 +221,7 @@ class Visitor:
 
     def open_profile_menu(self, person):
         """To change to the profile that this person is signed in on."""
-        self.mark = len(self.demo.requests())
-        self.person = person
+        self.begin(len(self.demo.requests()), person)
         self.click_on("button", "Profile:")
         return self.wait(self.open_menu, "the menu of profiles")
 
@@ -226,8 +230,7 @@ class Visitor:
         self.wait(lambda: not self.open_menu(), "the menu to close")
 
     def start(self, person, **environment):
-        self.mark = 0
-        self.person = person
+        self.begin(0, person)
         self.demo.start(**environment)
         return self.wait(self.window, "a window")
 

@@ -110,6 +110,27 @@ TEST_F(AppDelegateTest, AfterSleepOnlyWhatFailedOrWasSignedOutLoadsAgain)
     EXPECT_THAT(mail->events, testing::IsEmpty()) << "the user may be typing a password there";
 }
 
+TEST_F(AppDelegateTest, WakesNobodyWhileItHasNothingToDo)
+{
+    delegate->applicationDidFinishLaunching();
+    for (auto const app : GoogleApp::allCases)
+        delegate->mainWindow().show(app);
+    for (auto* const view : engine.views)
+        view->arrive();
+    windows.main.onFrameChange({ 800, 600, false });
+    windows.main.visible = false;
+    // Without a network, with a page that failed for it, and after a profile was deleted.
+    networkMonitor.change(false);
+    engine.views[1]->navigationDelegate->didFail(*engine.views[1], { .url = "https://calendar.google.com/" });
+    auto const second = delegate->profiles().create("Second", { GoogleApp::mail });
+    delegate->mainWindow().deleteProfile(second.id, [](auto const&) {});
+    runLoop.advance(std::chrono::minutes(5));
+    auto const before = runLoop.calls;
+    EXPECT_GT(before, 0);
+    runLoop.advance(std::chrono::hours(12));
+    EXPECT_EQ(runLoop.calls, before);
+}
+
 TEST_F(AppDelegateTest, LooksForANewerReleaseOnceADayAndSaysNothingElse)
 {
     class FakeUpdater final : public platform::Updater {

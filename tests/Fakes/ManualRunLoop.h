@@ -32,11 +32,16 @@ public:
             auto const call = *next;
             m_calls.erase(next);
             m_now = std::max(m_now, call.due);
-            if (!call.pending || *call.pending)
+            if (!call.pending || *call.pending) {
+                ++calls;
                 call.function();
+            }
         }
         m_now = target;
     }
+
+    // Made so far.
+    int calls { 0 };
 
 private:
     struct Call {

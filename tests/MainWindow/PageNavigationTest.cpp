@@ -333,6 +333,8 @@ TEST_F(PageNavigationTest, APageThatEndsAgainAndAgainIsGivenUp)
     view.currentNotice->onButton();
     view.terminate();
     EXPECT_FALSE(view.currentNotice);
+    EXPECT_EQ(view.events.size(), WebProcessRecovery::reloadsPerWindow + 1) << "not on the process that ended with it";
+    runLoop.advance(WebProcessRecovery::pause);
     EXPECT_EQ(view.events.size(), WebProcessRecovery::reloadsPerWindow + 2);
 }
 

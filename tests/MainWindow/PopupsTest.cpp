@@ -158,6 +158,7 @@ TEST_F(PopupsTest, TheCommandsOfAPopupAreForItAlone)
     EXPECT_THAT(profiles.active().zoom, IsEmpty());
     EXPECT_FALSE(commands.perform(Command::quit, 0)) << "the platform's own";
     view->terminate();
+    runLoop.advance(WebProcessRecovery::pause);
     EXPECT_EQ(view->events.back(), "reload");
 }
 
