@@ -74,7 +74,7 @@ class Tarn(Program):
     def launch(self, profile="", urls=()):
         """As a second start with --profile or links does, without the time that the second program takes to start."""
         words = [word.encode() + b"\0" for word in (profile, "", *urls)]
-        request = GLib.Variant("(bayayaay)", (True, words[0], words[1], words[2:]))
+        request = GLib.Variant("(bbayayaay)", (True, False, words[0], words[1], words[2:]))
         Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
             self.bus_name,
             "/" + self.bus_name.replace(".", "/"),
