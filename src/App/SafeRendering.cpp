@@ -1,5 +1,7 @@
 #include "App/SafeRendering.h"
 
+#include "MainWindow/WebProcessRecovery.h"
+
 #include <utility>
 
 namespace tarn {
@@ -59,7 +61,7 @@ void SafeRendering::remark(platform::SheetParent parent)
                 .informativeText
                 = "Tarn ended before. If that happens again, or the window stays blank, the graphics driver may be at "
                   "fault. With safe rendering Tarn draws everything in software: slower, but without the driver.",
-                .buttons = { { .title = std::string(restartTitle) },
+                .buttons = { { .title = std::string(WebProcessRecovery::restartTitle) },
                     { .title = "Not Now", .role = platform::ButtonRole::cancel } },
             },
             parent, &SafeRendering::keepAndRestart);
@@ -88,8 +90,8 @@ void SafeRendering::offerRestart(platform::SheetParent parent)
         {
             .message = "Safe rendering takes effect at the next start",
             .informativeText = "Tarn is running already, and how it draws is chosen when it starts.",
-            .buttons
-            = { { .title = std::string(restartTitle) }, { .title = "Not Now", .role = platform::ButtonRole::cancel } },
+            .buttons = { { .title = std::string(WebProcessRecovery::restartTitle) },
+                { .title = "Not Now", .role = platform::ButtonRole::cancel } },
         },
         parent, &SafeRendering::keepAndRestart);
 }

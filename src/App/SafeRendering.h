@@ -7,7 +7,6 @@
 #include "Support/Lifetime.h"
 
 #include <functional>
-#include <string_view>
 
 namespace tarn {
 
@@ -15,8 +14,6 @@ namespace tarn {
 // holds until its end; what the user decides meanwhile is for the next one.
 class SafeRendering {
 public:
-    static constexpr std::string_view restartTitle = "Restart with Safe Rendering";
-
     // What is known before anything is drawn.
     struct Facts {
         // By the command line, for this start.

@@ -42,7 +42,7 @@ void WebProcessRecovery::didTerminate(platform::WebView& view, platform::Process
     if (!m_pageHasCome && restartSafely) {
         notice.text += "\nNo page has come since Tarn was started: the graphics driver may be at fault. With safe "
                        "rendering Tarn draws everything in software, which is slower.";
-        notice.secondButton = std::exchange(notice.button, "Restart with Safe Rendering");
+        notice.secondButton = std::exchange(notice.button, restartTitle);
         notice.onSecondButton = std::exchange(notice.onButton, restartSafely);
     }
     showNotice(view, std::move(notice));

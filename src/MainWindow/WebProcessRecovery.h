@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <string_view>
 
 namespace tarn {
 
@@ -20,6 +21,7 @@ public:
     static constexpr std::chrono::milliseconds pause { 200 };
     // The view is given up when its process ends once more than this within the window.
     static constexpr std::size_t reloadsPerWindow { 3 };
+    static constexpr std::string_view restartTitle { "Restart with Safe Rendering" };
 
     explicit WebProcessRecovery(platform::RunLoop& runLoop)
         : m_runLoop(runLoop)
