@@ -93,7 +93,6 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
     };
     m_popups.onAsk = [this](Url const& url) { askWhereToOpen(url); };
     m_popups.onClose = [this](WebView const& view) { m_recovery.forget(view); };
-    m_unread.onTitlePrefix = [this](std::string const& prefix) { m_window->setTitle(prefix + title); };
     m_failedLoads.onRetry = [this] { m_session.retry(m_window->isVisible() ? currentView() : nullptr); };
     m_linkQuestion.onNewWindow = [this](Url const& url) { openWindow(url); };
     m_linkQuestion.onDefaultBrowser = [this](Url const& url) { m_environment.workspace.open(url); };
@@ -103,7 +102,9 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
             = [notifications](std::filesystem::path const& file) { notifications->downloadFinished(file); };
         notifications->onShow = [this](WebView& view) { bringForward(view); };
     }
+    startFirstPage();
     makeWindow();
+    m_unread.onTitlePrefix = [this](std::string const& prefix) { m_window->setTitle(prefix + title); };
     m_profilesConnection = m_profiles.profilesDidChange.connect([this] { profilesChanged(); });
     profilesChanged();
 }
@@ -114,6 +115,13 @@ MainWindowController::~MainWindowController()
         m_environment.notifications->onShow = nullptr;
     m_popups.closeAll();
     m_window->setContent(nullptr);
+}
+
+void MainWindowController::startFirstPage()
+{
+    auto const active = m_profiles.active();
+    makePool(active);
+    m_pool->view(appToShow(active));
 }
 
 void MainWindowController::makeWindow()
@@ -150,12 +158,16 @@ void MainWindowController::profilesChanged()
     m_sidebar.setEnabledApps({ active.enabledApps.begin(), active.enabledApps.end() });
     m_sidebar.setProfile(active.name, m_profiles.avatarImage(active));
 
-    auto const ordered = active.orderedApps();
-    auto const first = ordered.empty() ? GoogleApp(GoogleApp::mail) : ordered.front();
-    show(uses(active, m_current) ? m_current : first);
+    show(appToShow(active));
 
     m_environment.menuBar.replaceSubmenu(ProfileMenu::title, profileMenu());
     m_environment.menuBar.revalidate();
+}
+
+GoogleApp MainWindowController::appToShow(Profile const& profile) const
+{
+    auto const ordered = profile.orderedApps();
+    return uses(profile, m_current) || ordered.empty() ? m_current : ordered.front();
 }
 
 void MainWindowController::rebuildPool(Profile const& profile)
@@ -165,6 +177,11 @@ void MainWindowController::rebuildPool(Profile const& profile)
     m_recovery.forgetViews();
     // The old views end before the new store opens: they would still write to the one that is being left.
     m_pool.reset();
+    makePool(profile);
+}
+
+void MainWindowController::makePool(Profile const& profile)
+{
     m_pool = std::make_unique<WebViewPool>(
         m_environment.engine, m_dataStoreFor(profile.id),
         [this](WebView& view, GoogleApp app) { configure(view, app); },

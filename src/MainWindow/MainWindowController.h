@@ -87,9 +87,13 @@ public:
     std::optional<platform::CommandState> validate(platform::Command, int tag) const override;
 
 private:
+    // Before the window, so that it loads while that is made.
+    void startFirstPage();
     void makeWindow();
     void profilesChanged();
+    GoogleApp appToShow(Profile const&) const;
     void rebuildPool(Profile const&);
+    void makePool(Profile const&);
     void configure(platform::WebView&, GoogleApp);
     void showFind();
     void printPage();

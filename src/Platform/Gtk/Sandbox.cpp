@@ -1,6 +1,10 @@
 #include "Platform/Gtk/Sandbox.h"
 
+#include <sys/wait.h>
+
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 namespace tarn::gtk {
@@ -45,6 +49,8 @@ Sandbox::~Sandbox()
 
 void Sandbox::whenKnown(std::function<void(Problem const&)> completion)
 {
+    if (m_state == State::trying && hasJustWorked())
+        finish(std::nullopt);
     if (m_state == State::works) {
         completion(std::nullopt);
         return;
@@ -53,6 +59,19 @@ void Sandbox::whenKnown(std::function<void(Problem const&)> completion)
     // The user may have allowed it meanwhile.
     if (m_state == State::fails)
         start();
+}
+
+// The main loop has not heard of it yet: it may be far from its next turn.
+bool Sandbox::hasJustWorked() const
+{
+    auto const* const identifier = m_trial ? g_subprocess_get_identifier(m_trial.get()) : nullptr;
+    pid_t process = 0;
+    if (!identifier || std::from_chars(identifier, identifier + std::strlen(identifier), process).ec != std::errc())
+        return false;
+    siginfo_t end {};
+    // Left for the main loop to collect.
+    return waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOHANG | WNOWAIT) == 0 && end.si_pid == process
+        && end.si_code == CLD_EXITED && end.si_status == EXIT_SUCCESS;
 }
 
 void Sandbox::start()
@@ -66,17 +85,17 @@ void Sandbox::start()
     }
     GError* error = nullptr;
     // What the engine asks for, less the details of its file system.
-    auto const process
+    m_trial
         = adopt(g_subprocess_new(GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_PIPE),
             &error, "bwrap", "--die-with-parent", "--unshare-pid", "--unshare-uts", "--ro-bind", "/", "/", "--dev",
             "/dev", "--proc", "/proc", "true", nullptr));
-    if (!process) {
+    if (!m_trial) {
         finish(explanation(error->message));
         g_error_free(error);
         return;
     }
     g_subprocess_communicate_utf8_async(
-        process.get(), nullptr, m_cancellable.get(),
+        m_trial.get(), nullptr, m_cancellable.get(),
         [](GObject* object, GAsyncResult* result, gpointer self) {
             g_autofree char* output = nullptr;
             GError* failure = nullptr;

@@ -25,16 +25,19 @@ public:
     Sandbox(Sandbox const&) = delete;
     Sandbox& operator=(Sandbox const&) = delete;
 
-    // At once when the sandbox is known to work; otherwise when it has been tried (again).
+    // At once when the sandbox is known to work, without a turn of the main loop; otherwise when it has been tried
+    // (again).
     void whenKnown(std::function<void(Problem const&)>);
 
 private:
     void start();
+    bool hasJustWorked() const;
     void finish(Problem);
 
     enum class State { trying, works, fails };
     State m_state { State::trying };
     Ref<GCancellable> m_cancellable;
+    Ref<GSubprocess> m_trial;
     std::vector<std::function<void(Problem const&)>> m_waiting;
 };
 
