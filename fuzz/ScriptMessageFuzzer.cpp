@@ -1,11 +1,8 @@
 // The input: what a page posts, in JSON as the page chose it. The first byte says where the page is from.
 
 #include "Bridge/BridgeScripts.h"
-#include "Bridge/NotificationBridge.h"
 #include "Bridge/NotificationText.h"
-#include "Fakes/FakeDesktop.h"
-#include "Fakes/FakeNotificationCenter.h"
-#include "Fakes/FakeWebView.h"
+#include "Fakes/NotifyingPage.h"
 #include "Fuzz.h"
 #include "Support/Unicode.h"
 
@@ -15,11 +12,6 @@
 
 namespace tarn::fuzz {
 namespace {
-
-class NoDocument final : public platform::ScriptDocument {
-public:
-    void call(std::string const&, std::string const&) override { }
-};
 
 std::size_t lengthOf(std::string_view text)
 {
@@ -51,35 +43,23 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
     if (size == 0)
         return 0;
     auto const origin = std::string(origins[data[0] % origins.size()]);
-    auto const body = fuzz::text(data + 1, size - 1);
+    std::string const body(fuzz::text(data + 1, size - 1));
     fuzz::checkQuoting(body);
 
-    test::FakeNotificationCenter center;
-    test::FakeActivation activation;
-    test::FakeWorkspace workspace;
-    test::FakeWebView view;
-    NotificationBridge bridge({ .center = center,
-        .activation = activation,
-        .workspace = workspace,
-        .makeUuid = &Uuid::random,
-        .log = [](std::string const&) {} });
-    platform::ScriptMessage const message { .webView = view,
-        .document = std::make_shared<fuzz::NoDocument>(),
-        .frame = platform::FrameKind::sub,
-        .origin = origin,
-        .body = std::string(body) };
-    bridge.handle(message);
-    bridge.handle(message);
-    center.completeAdds();
+    test::NotifyingPage page;
+    page.post(body, platform::FrameKind::sub, origin);
+    page.post(body, platform::FrameKind::sub, origin);
+    page.center.completeAdds();
 
-    fuzz::require(center.shown.size() <= 1, "the same notification is shown once");
-    for (auto const& shown : center.shown) {
+    fuzz::require(page.center.shown.size() <= 1, "the same notification is shown once");
+    for (auto const& shown : page.center.shown) {
         fuzz::require(fuzz::lengthOf(shown.title) <= NotificationText::longestTitle, "a title is bounded");
         fuzz::require(fuzz::lengthOf(shown.body) <= NotificationText::longestBody + 80, "a body is bounded");
         fuzz::require(origin == origins[0] || shown.body.ends_with(origin == "null" ? "unknown origin" : origin),
             "a foreign page is named in the last line");
-        center.click(shown);
+        page.center.click(shown);
     }
-    fuzz::require(workspace.revealed.empty() && workspace.opened.empty(), "no page reaches files or programs");
+    fuzz::require(
+        page.workspace.revealed.empty() && page.workspace.opened.empty(), "no page reaches files or programs");
     return 0;
 }

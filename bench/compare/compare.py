@@ -198,7 +198,8 @@ class Comparison:
 
     def measure_idle(self, program):
         self.hide(program)
-        settle()
+        # For a minute engines still slow down, tidy up and question pages that nobody sees any longer.
+        time.sleep(75)
         marks = [f"--user-data-dir={program.home}"] if isinstance(program, Chromium) else []
         everyone = processes.tree(program.process.pid, marks)
         time_before = processes.processor_time(everyone)

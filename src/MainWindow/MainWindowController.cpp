@@ -47,7 +47,7 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
     , m_frame(m_environment.defaults, m_environment.runLoop, frameAutosaveName)
     , m_unread(m_environment.dockTile, m_sidebar)
     , m_session(*this)
-    , m_recovery(m_environment.runLoop)
+    , m_recovery(m_environment.runLoop, m_firstPage)
     , m_decisions(m_profiles.folder() / "Sites", m_environment.log)
     , m_externalLinks(
           m_environment.workspace, m_environment.panels, m_decisions,
@@ -84,7 +84,7 @@ MainWindowController::MainWindowController(ProfileStore& profiles, Environment e
         if (&view == currentView())
             m_environment.menuBar.revalidate();
     };
-    m_recovery.onFirstPage = m_environment.onFirstPage;
+    m_firstPage.onShown = m_environment.onFirstPage;
     m_recovery.restartSafely = m_environment.restartSafely;
     m_navigation.onAsk = [this](Url const& url) { askWhereToOpen(url); };
     m_navigation.onPopup = [this](WebView&, platform::WebViewConfiguration const& configuration) {
@@ -247,6 +247,7 @@ PageServices MainWindowController::pageServices()
         .downloads = m_downloads,
         .externalLinks = m_externalLinks,
         .failedLoads = m_failedLoads,
+        .firstPage = m_firstPage,
         .panels = m_environment.panels,
         .permissions = m_permissions,
         .recovery = m_recovery,

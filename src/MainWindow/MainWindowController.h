@@ -117,6 +117,7 @@ private:
     FrameAutosave m_frame;
     UnreadWatch m_unread;
     SessionRefresher m_session;
+    FirstPage m_firstPage;
     WebProcessRecovery m_recovery;
     SiteDecisions m_decisions;
     ExternalLinks m_externalLinks;

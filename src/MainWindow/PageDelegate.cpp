@@ -50,14 +50,14 @@ void PageDelegate::didCommit(platform::WebView& view)
 
 void PageDelegate::didFinish(platform::WebView& view)
 {
-    m_services.recovery.pageCame();
+    m_services.firstPage.pageCame();
     if (m_services.notifications)
         m_services.notifications->pushPermission(view);
 }
 
 void PageDelegate::didFail(platform::WebView& view, platform::LoadFailure const& failure)
 {
-    m_services.recovery.pageCame();
+    m_services.firstPage.pageCame();
     m_services.failedLoads.didFail(view, failure);
 }
 

@@ -2,6 +2,7 @@
 
 #include "MainWindow/ExternalLinks.h"
 #include "MainWindow/FailedLoads.h"
+#include "MainWindow/FirstPage.h"
 #include "MainWindow/PageQuestions.h"
 #include "MainWindow/PermissionQuestion.h"
 #include "MainWindow/WebProcessRecovery.h"
@@ -18,6 +19,7 @@ struct PageServices {
     DownloadManager& downloads;
     ExternalLinks& externalLinks;
     FailedLoads& failedLoads;
+    FirstPage& firstPage;
     platform::Panels& panels;
     PermissionQuestion& permissions;
     WebProcessRecovery& recovery;

@@ -39,7 +39,7 @@ void WebProcessRecovery::didTerminate(platform::WebView& view, platform::Process
         .button = "Reload",
         .onButton = reload,
     };
-    if (!m_pageHasCome && restartSafely) {
+    if (!m_firstPage.pageHasCome() && restartSafely) {
         notice.text += "\nNo page has come since Tarn was started: the graphics driver may be at fault. With safe "
                        "rendering Tarn draws everything in software, which is slower.";
         notice.secondButton = std::exchange(notice.button, restartTitle);
@@ -51,19 +51,7 @@ void WebProcessRecovery::didTerminate(platform::WebView& view, platform::Process
 void WebProcessRecovery::showNotice(platform::WebView& view, platform::PageNotice notice)
 {
     view.showNotice(std::move(notice));
-    somethingCame();
-}
-
-void WebProcessRecovery::pageCame()
-{
-    m_pageHasCome = true;
-    somethingCame();
-}
-
-void WebProcessRecovery::somethingCame()
-{
-    if (auto const first = std::exchange(onFirstPage, nullptr))
-        first();
+    m_firstPage.noticeCame();
 }
 
 }

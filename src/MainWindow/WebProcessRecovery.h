@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MainWindow/FirstPage.h"
 #include "Platform/RunLoop.h"
 #include "Platform/WebView.h"
 
@@ -23,20 +24,17 @@ public:
     static constexpr std::size_t reloadsPerWindow { 3 };
     static constexpr std::string_view restartTitle { "Restart with Safe Rendering" };
 
-    explicit WebProcessRecovery(platform::RunLoop& runLoop)
+    WebProcessRecovery(platform::RunLoop& runLoop, FirstPage& firstPage)
         : m_runLoop(runLoop)
+        , m_firstPage(firstPage)
     {
     }
 
-    // Set by the owner: called once, when the first page of the application or a notice in its place has come.
-    std::function<void()> onFirstPage;
     // Set by the owner, where that can be: starts the application again, drawing in software. Offered while no page has
     // come at all, which may be the graphics driver's fault.
     std::function<void()> restartSafely;
 
     void didTerminate(platform::WebView&, platform::ProcessTermination const&);
-    // It was loaded, or could not be loaded, which takes a process that works.
-    void pageCame();
     // The view is gone.
     void forget(platform::WebView const& view) { m_views.erase(&view); }
     // All views are gone, or start afresh.
@@ -49,10 +47,9 @@ private:
     };
 
     void showNotice(platform::WebView&, platform::PageNotice);
-    void somethingCame();
 
     platform::RunLoop& m_runLoop;
-    bool m_pageHasCome { false };
+    FirstPage& m_firstPage;
     std::map<platform::WebView const*, Reloads> m_views;
 };
 

@@ -4,12 +4,9 @@
 #include "Apps/LinkPolicy.h"
 #include "Apps/Mailto.h"
 #include "Bridge/BridgeScripts.h"
-#include "Bridge/NotificationBridge.h"
 #include "Bridge/UnreadCount.h"
 #include "Budgets/Counting.h"
-#include "Fakes/FakeDesktop.h"
-#include "Fakes/FakeNotificationCenter.h"
-#include "Fakes/FakeWebView.h"
+#include "Fakes/NotifyingPage.h"
 #include "MainWindow/ProfileMenu.h"
 #include "Support/TemporaryFolder.h"
 
@@ -95,32 +92,14 @@ void readTexts()
 
 void takeMessages()
 {
-    class NoDocument final : public platform::ScriptDocument {
-        void call(std::string const&, std::string const&) override { }
-    };
-    test::FakeNotificationCenter center;
-    test::FakeActivation activation;
-    test::FakeWorkspace workspace;
-    test::FakeWebView view;
-    NotificationBridge bridge({ .center = center,
-        .activation = activation,
-        .workspace = workspace,
-        .makeUuid = &Uuid::random,
-        .log = [](std::string const&) {} });
-    platform::ScriptMessage message { .webView = view,
-        .document = std::make_shared<NoDocument>(),
-        .frame = platform::FrameKind::main,
-        .origin = "https://mail.google.com",
-        .body = {} };
+    test::NotifyingPage page;
     measure("notification-shown-and-closed", [&] {
-        message.body = R"({"type":"show","id":"n1","title":"Ines Okafor","body":"The 14th?","tag":"mail"})";
-        bridge.handle(message);
-        center.completeAdds();
-        message.body = R"({"type":"close","id":"n1"})";
-        bridge.handle(message);
+        page.post(R"({"type":"show","id":"n1","title":"Ines Okafor","body":"The 14th?","tag":"mail"})");
+        page.center.completeAdds();
+        page.post(R"({"type":"close","id":"n1"})");
     });
-    message.body = repeated("[", 10'000);
-    measure("message-nested-deep", [&] { bridge.handle(message); });
+    auto const nested = repeated("[", 10'000);
+    measure("message-nested-deep", [&] { page.post(nested); });
 }
 
 void useProfiles()

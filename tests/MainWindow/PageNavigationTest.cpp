@@ -49,7 +49,8 @@ protected:
     Uuid profile { Uuid::random() };
     ProfileOfView const profileOf { [this](platform::WebView const&) { return profile; } };
     SessionRefresher session { *this };
-    WebProcessRecovery recovery { runLoop };
+    FirstPage firstPage {};
+    WebProcessRecovery recovery { runLoop, firstPage };
     ExternalLinks externalLinks { workspace, panels, decisions, profileOf, addToLog };
     PermissionQuestion permissions { panels, decisions, profileOf, addToLog };
     FailedLoads failedLoads { networkMonitor, runLoop };
@@ -64,6 +65,7 @@ protected:
     PageNavigation navigation { { .downloads = downloads,
                                     .externalLinks = externalLinks,
                                     .failedLoads = failedLoads,
+                                    .firstPage = firstPage,
                                     .panels = panels,
                                     .permissions = permissions,
                                     .recovery = recovery,
@@ -342,7 +344,7 @@ TEST_F(PageNavigationTest, SafeRenderingIsOfferedWherePagesEndBeforeTheFirstHasC
 {
     int shown = 0;
     int restarts = 0;
-    recovery.onFirstPage = [&] { ++shown; };
+    firstPage.onShown = [&] { ++shown; };
     recovery.restartSafely = [&] { ++restarts; };
     auto const giveUp = [&] {
         while (!view.currentNotice)

@@ -39,25 +39,35 @@ Glib::RefPtr<Gio::Menu> MenuBox::model(std::string const& id)
 
 void MenuBox::show(platform::Menu const& menu)
 {
-    bool const looksTheSame = std::ranges::equal(m_entries, menu.entries, looksLike);
+    auto const changed = std::ranges::mismatch(m_entries, menu.entries, looksLike).in2 - menu.entries.begin();
+    auto const kept = static_cast<std::size_t>(changed);
     m_entries = menu.entries;
-    if (looksTheSame)
-        return;
-    while (auto* const child = m_box.get_first_child())
-        m_box.remove(*child);
-    m_views.clear();
-    for (std::size_t index = 0; index < m_entries.size(); ++index) {
-        std::visit(Cases {
-                       [&](platform::MenuItem const& item) {
-                           m_views.push_back(std::make_unique<MenuItemView>(
-                               item, [this, index] { run(index); }, m_pictures));
-                           m_box.append(m_views.back()->widget());
-                       },
-                       [&](platform::Separator) { m_box.append(*Gtk::make_managed<Gtk::Separator>()); },
-                       [](platform::Menu const&) {},
-                   },
-            m_entries[index]);
+    for (; m_rows.size() > kept; m_rows.pop_back()) {
+        if (auto* const row = m_rows.back().widget)
+            m_box.remove(*row);
     }
+    for (auto index = kept; index < m_entries.size(); ++index) {
+        m_rows.push_back(makeRow(index));
+        if (auto* const row = m_rows.back().widget)
+            m_box.append(*row);
+    }
+}
+
+MenuBox::Row MenuBox::makeRow(std::size_t index)
+{
+    return std::visit(Cases {
+                          [&](platform::MenuItem const& item) -> Row {
+                              auto view = std::make_unique<MenuItemView>(
+                                  item, [this, index] { run(index); }, m_pictures);
+                              auto& widget = view->widget();
+                              return { std::move(view), &widget };
+                          },
+                          [](platform::Separator) -> Row {
+                              return { nullptr, Gtk::make_managed<Gtk::Separator>() };
+                          },
+                          [](platform::Menu const&) -> Row { return {}; },
+                      },
+        m_entries[index]);
 }
 
 void MenuBox::run(std::size_t index)

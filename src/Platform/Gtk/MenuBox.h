@@ -27,11 +27,19 @@ public:
     void show(platform::Menu const&);
 
 private:
+    struct Row {
+        // Of an item.
+        std::unique_ptr<MenuItemView> view {};
+        // In the box; none for what is left out.
+        Gtk::Widget* widget { nullptr };
+    };
+
+    Row makeRow(std::size_t index);
     void run(std::size_t index);
 
     Pictures& m_pictures;
     std::vector<platform::MenuEntry> m_entries;
-    std::vector<std::unique_ptr<MenuItemView>> m_views;
+    std::vector<Row> m_rows;
     Gtk::Box m_box { Gtk::Orientation::VERTICAL };
 };
 
