@@ -75,11 +75,15 @@ Gtk::Widget* widgetOf(platform::SheetParent parent)
         parent);
 }
 
+// Not with gtkmm's list: that makes a wrapper for every window it passes, which stays when the window goes.
 Gtk::Window* sheetOn(Gtk::Window& parent)
 {
-    for (auto* const window : Gtk::Window::list_toplevels()) {
-        if (window->get_transient_for() == &parent && window->get_modal() && window->get_mapped())
-            return window;
+    auto* const windows = gtk_window_get_toplevels();
+    for (guint index = 0; index < g_list_model_get_n_items(windows); ++index) {
+        auto const window = adopt(static_cast<GtkWindow*>(g_list_model_get_item(windows, index)));
+        if (gtk_window_get_transient_for(window.get()) == parent.gobj() && gtk_window_get_modal(window.get())
+            && gtk_widget_get_mapped(GTK_WIDGET(window.get())))
+            return Glib::wrap(window.get());
     }
     return nullptr;
 }
