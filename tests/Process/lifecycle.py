@@ -3,6 +3,7 @@
 
 import json
 import os
+import pathlib
 import random
 import signal
 import subprocess
@@ -72,6 +73,28 @@ class Lifecycle(ProcessTest):
                                      before=["unshare", "-rm", "sh", "-c", mount + ' && exec "$@"', home])
                 wait_for(self.composed("view=cm&fs=1&to=a@b&su=" + kind), "the compose page")
                 self.assertEqual(self.end(process, signal.SIGTERM), 0)
+
+    def test_comes_to_rest_when_nobody_looks(self):
+        process = self.start("--hidden")
+        wait_for(lambda: any(r["path"] == "/_stage/beacon" and '"loaded"' in r["body"] for r in self.requests()), "a page")
+
+        def sleeps():
+            counts = {}
+            for task in pathlib.Path("/proc", str(process.pid), "task").iterdir():
+                try:
+                    status = (task / "status").read_text()
+                except (FileNotFoundError, ProcessLookupError):
+                    continue  # it has ended
+                counts[task.name] = int(status.partition("\nvoluntary_ctxt_switches:")[2].split()[0])
+            return counts
+
+        def rests():
+            # Counted, not timed: on a busy machine it wakes up no more often. One a second is what a timer would take;
+            # the engine looks at the memory every five seconds.
+            before = sleeps()
+            time.sleep(10)
+            return sum(count - before.get(task, 0) for task, count in sleeps().items()) < 10
+        wait_for(rests, "fewer than one wake-up a second")
 
     def test_says_what_it_is_and_what_it_does_not_know(self):
         for arguments, status, text in ((["--version"], 0, "WebKitGTK"), (["--help"], 0, "--profile NAME"),
