@@ -265,7 +265,11 @@ std::unique_ptr<platform::WebWindow> Application::makeMainWindow(MainWindowAppea
     tarn::SidebarView& sidebar, DownloadList& downloads, FindBarController& findBar, platform::MenuBar& menuBar)
 {
     loadStyle();
-    return std::make_unique<MainWindow>(*this, appearance, sidebar, downloads, findBar, menuBar, windowServices());
+    auto window
+        = std::make_unique<MainWindow>(*this, appearance, sidebar, downloads, findBar, menuBar, windowServices());
+    // Showing the window takes a while, for which the first page need not wait.
+    m_sandbox.lookEarly();
+    return window;
 }
 
 std::unique_ptr<platform::PopupWindow> Application::makePopupWindow(platform::WebView& view, platform::MenuBar& menuBar)

@@ -49,8 +49,7 @@ Sandbox::~Sandbox()
 
 void Sandbox::whenKnown(std::function<void(Problem const&)> completion)
 {
-    if (m_state == State::trying && hasJustWorked())
-        finish(std::nullopt);
+    lookEarly();
     if (m_state == State::works) {
         completion(std::nullopt);
         return;
@@ -61,7 +60,12 @@ void Sandbox::whenKnown(std::function<void(Problem const&)> completion)
         start();
 }
 
-// The main loop has not heard of it yet: it may be far from its next turn.
+void Sandbox::lookEarly()
+{
+    if (m_state == State::trying && hasJustWorked())
+        finish(std::nullopt);
+}
+
 bool Sandbox::hasJustWorked() const
 {
     auto const* const identifier = m_trial ? g_subprocess_get_identifier(m_trial.get()) : nullptr;

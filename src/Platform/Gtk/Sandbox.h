@@ -28,6 +28,8 @@ public:
     // At once when the sandbox is known to work, without a turn of the main loop; otherwise when it has been tried
     // (again).
     void whenKnown(std::function<void(Problem const&)>);
+    // Tells those who wait, if it is known by now to work: for when the main loop's next turn is far.
+    void lookEarly();
 
 private:
     void start();
