@@ -4,6 +4,7 @@
 #include "App/Installation.h"
 #include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/DockTile.h"
+#include "Platform/Gtk/EmptyTheme.h"
 #include "Platform/Gtk/LaunchMessage.h"
 #include "Platform/Gtk/LoginItem.h"
 #include "Platform/Gtk/MainWindow.h"
@@ -141,7 +142,8 @@ void Application::on_startup()
     blankStarts(m_options).begin();
     // Pictures of whole pages come and go: each returns to the system by itself, instead of leaving holes.
     mallopt(M_MMAP_THRESHOLD, largeBuffer);
-    startToolkit();
+    Gtk::Application::on_startup();
+    endEmptyTheme();
     // Closing the window only hides it.
     hold();
     // A session bus that ends takes notifications along, not half-written mail.
@@ -223,20 +225,6 @@ void Application::handle(LaunchRequest const& request)
 {
     if (!m_farewell)
         m_delegate->handle(request);
-}
-
-void Application::startToolkit()
-{
-    // The toolkit reads its own style sheet here (10 ms), only to have it replaced by libadwaita's: it gets the empty
-    // one that libadwaita leaves in its place. A theme that the user asked for stays.
-    constexpr char const* theme = "GTK_THEME";
-    bool const isFree = !g_getenv(theme);
-    if (isFree)
-        g_setenv(theme, "Adwaita-empty", FALSE);
-    Gtk::Application::on_startup();
-    // Libadwaita takes it for the user's word.
-    if (isFree)
-        g_unsetenv(theme);
 }
 
 void Application::loadStyle()

@@ -51,7 +51,6 @@ private:
     bool local_command_line_vfunc(char**& arguments, int& exitStatus) override;
     void on_activate() override { handle({}); }
     void handle(LaunchRequest const&);
-    void startToolkit();
     // Takes 20 to 30 ms. Before the first window, and after the first page has begun to load.
     void loadStyle();
     void terminate();

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/StartUp.h"
 
 #include "App/CommandLine.h"
+#include "Platform/Gtk/EmptyTheme.h"
 #include "Platform/Gtk/Renderers.h"
 
 #include <glibmm/init.h>
@@ -55,6 +56,7 @@ void prepareStart(Application::Options& options, int argc, char const* const* ar
         .blankStarts = Application::blankStarts(options).count(),
     });
     chooseRenderers(options.rendering.rendering);
+    beginWithEmptyTheme();
 }
 
 int runApplication(Application::Options options, int argc, char** argv)
