@@ -192,6 +192,12 @@ TEST_F(DownloadTest, WhatBreaksOffLeavesTheOldFile)
                      }
                  },
                  "" },
+             Case { "the engine's process that fetches it ends", "/slow/file",
+                 [&] {
+                     waitForBytes(1);
+                     test::killEngineProcesses("WebKitNetworkPr");
+                 },
+                 "network process" },
              Case { "the server ends", "/slow/file",
                  [&] {
                      waitForBytes(1);

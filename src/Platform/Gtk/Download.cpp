@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::chrono::milliseconds progressInterval { 100 };
 
+// The engine takes the name at once, and writes to another file beside it.
+constexpr char const* engineSuffix = ".wkdownload";
+
 std::filesystem::path partialFileBeside(std::filesystem::path const& destination)
 {
     return destination.parent_path() / (".tarn-" + Uuid::random().string() + ".part");
@@ -27,10 +30,13 @@ Download::Download(WebKitDownload* download)
     , m_onData(download, "received-data", [this](guint64) { dataReceived(); })
     , m_onFailed(download, "failed", [this](GError* error) { end(error->message); })
     // It comes after a failure, too.
-    , m_onFinished(download, "finished", [this] {
-        if (!m_ended)
-            takePlace();
-    })
+    , m_onFinished(download, "finished",
+          [this] {
+              m_networkProcess.reset();
+              if (!m_ended)
+                  takePlace();
+          })
+    , m_networkProcess(std::in_place, [this] { networkProcessEnded(); })
 {
 }
 
@@ -96,6 +102,20 @@ void Download::dataReceived()
         if (m_delegate && !m_ended)
             m_delegate->progressDidChange(*this);
     });
+}
+
+void Download::networkProcessEnded()
+{
+    // Which the engine would have done.
+    if (!m_partial.empty())
+        runInBackground<bool>(
+            [partial = m_partial] {
+                std::error_code ignored;
+                std::filesystem::remove(partial.string() + engineSuffix, ignored);
+                return std::filesystem::remove(partial, ignored);
+            },
+            [](bool) {});
+    end("the web engine's network process ended");
 }
 
 void Download::takePlace()

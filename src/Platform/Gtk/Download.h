@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Download.h"
+#include "Platform/Gtk/NetworkProcessWatch.h"
 #include "Platform/Gtk/Ref.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/Signal.h"
@@ -30,6 +31,7 @@ private:
     gboolean decideDestination(char const* suggestedFilename);
     void write(std::optional<std::filesystem::path> const& destination);
     void dataReceived();
+    void networkProcessEnded();
     void takePlace();
     // Tells the end, once; the object may be gone afterwards.
     void end(std::optional<std::string> const& failure);
@@ -45,6 +47,7 @@ private:
     Signal<void(guint64)> m_onData;
     Signal<void(GError*)> m_onFailed;
     Signal<void()> m_onFinished;
+    std::optional<NetworkProcessWatch> m_networkProcess;
     Lifetime m_lifetime;
 };
 
