@@ -14,6 +14,7 @@
 #include "Platform/Gtk/Pictures.h"
 #include "Platform/Gtk/PopupWindow.h"
 #include "Platform/Gtk/PowerMonitor.h"
+#include "Platform/Gtk/Renderers.h"
 #include "Platform/Gtk/RunLoop.h"
 #include "Platform/Gtk/SessionClient.h"
 #include "Platform/Gtk/SettingsWindow.h"
@@ -144,6 +145,7 @@ void Application::on_startup()
     mallopt(M_MMAP_THRESHOLD, largeBuffer);
     Gtk::Application::on_startup();
     endEmptyTheme();
+    keepScrollBarsStill();
     // Closing the window only hides it.
     hold();
     // A session bus that ends takes notifications along, not half-written mail.

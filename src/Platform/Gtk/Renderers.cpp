@@ -1,7 +1,7 @@
 #include "Platform/Gtk/Renderers.h"
 
 #include <dlfcn.h>
-#include <glib.h>
+#include <gtk/gtk.h>
 
 #include <algorithm>
 #include <array>
@@ -93,6 +93,12 @@ void chooseRenderers(Rendering rendering)
         return;
     choose(toolkitInSoftware);
     keepGlOutOfThisProcess();
+}
+
+void keepScrollBarsStill()
+{
+    if (!chosen().empty())
+        g_object_set(gtk_settings_get_default(), "gtk-overlay-scrolling", FALSE, nullptr);
 }
 
 std::span<char const* const> chosenRendererVariables()

@@ -12,6 +12,11 @@ namespace tarn::gtk {
 // the user has set in the environment stands.
 void chooseRenderers(Rendering);
 
+// Where it chose software: pages get scroll bars that stay, beside the page. Those that fade in and out over it have
+// the whole page drawn anew for three seconds, at half a processor in this process alone. After the toolkit's start,
+// before the first page.
+void keepScrollBarsStill();
+
 // The environment variables that chooseRenderers() set: not for programs that are started from here.
 std::span<char const* const> chosenRendererVariables();
 
