@@ -192,12 +192,6 @@ TEST_F(DownloadTest, WhatBreaksOffLeavesTheOldFile)
                      }
                  },
                  "" },
-             Case { "the engine's process that fetches it ends", "/slow/file",
-                 [&] {
-                     waitForBytes(1);
-                     test::killEngineProcesses("WebKitNetworkPr");
-                 },
-                 "network process" },
              Case { "the server ends", "/slow/file",
                  [&] {
                      waitForBytes(1);
@@ -220,6 +214,22 @@ TEST_F(DownloadTest, WhatBreaksOffLeavesTheOldFile)
         EXPECT_FALSE(dockTile.progress.back());
         expectOnly({ "file" });
     }
+}
+
+TEST_F(DownloadTest, TheEndOfTheProcessThatFetchesItEndsADownload)
+{
+    openMail(answers);
+    server.put("file", 5 * megabyte);
+    auto const file = downloads / "file";
+    write(file, "old");
+    start(server.url("/slow/file"), file);
+    waitForBytes(1);
+    test::killEngineProcesses("WebKitNetworkPr");
+    waitForTheEnd();
+    EXPECT_THAT(failures(), ElementsAre(HasSubstr("network process")));
+    EXPECT_EQ(read(file), "old");
+    EXPECT_FALSE(dockTile.progress.back());
+    expectOnly({ "file" });
 }
 
 TEST_F(DownloadTest, APlaceThatTakesNothingFails)
